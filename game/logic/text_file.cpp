@@ -1,0 +1,41 @@
+#include "logic/text_file.h"
+
+#include <cstdio>
+#include <unistd.h>
+
+#include "platform/files.h"
+
+std::optional<std::string> ReadTextFile(const char* path)
+{
+    std::FILE* file = PlatformOpenFile(path, "rb");
+    if (file == nullptr)
+        return std::nullopt;
+    std::string text;
+    char block[4096];
+    while (text.size() <= TEXT_FILE_MAX_BYTES) {
+        const std::size_t count = std::fread(block, 1, sizeof(block), file);
+        if (count == 0)
+            break;
+        text.append(block, count);
+    }
+    const bool good = std::ferror(file) == 0 && text.size() <= TEXT_FILE_MAX_BYTES;
+    std::fclose(file);
+    return good ? std::optional(text) : std::nullopt;
+}
+
+bool WriteTextFile(const char* path, const std::string& text)
+{
+    const std::string temporary = std::string(path) + ".tmp";
+    std::FILE* file = PlatformOpenFile(temporary.c_str(), "wb");
+    if (file == nullptr)
+        return false;
+    bool good = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    good = std::fflush(file) == 0 && good;
+    good = fsync(fileno(file)) == 0 && good;
+    good = std::fclose(file) == 0 && good;
+    if (!good) {
+        PlatformDeleteFile(temporary.c_str());
+        return false;
+    }
+    return PlatformRenameFile(temporary.c_str(), path);
+}

@@ -1,0 +1,208 @@
+#include "sound/sound.h"
+
+#include <SDL.h>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "engine/game_files.h"
+#include "engine/names.h"
+#include "keelworks/text_parser.h"
+#include "platform/files.h"
+#include "platform/system.h"
+
+namespace
+{
+
+constexpr int DEVICE_BUFFER_FRAMES = 1024;
+
+/// Keeps the device's callback away while it lives.
+class CDeviceLock
+{
+  public:
+    explicit CDeviceLock(SDL_AudioDeviceID device) : m_nDevice(device)
+    {
+        if (m_nDevice != 0)
+            SDL_LockAudioDevice(m_nDevice);
+    }
+    ~CDeviceLock()
+    {
+        if (m_nDevice != 0)
+            SDL_UnlockAudioDevice(m_nDevice);
+    }
+    CDeviceLock(const CDeviceLock&) = delete;
+    CDeviceLock& operator=(const CDeviceLock&) = delete;
+
+  private:
+    SDL_AudioDeviceID m_nDevice;
+};
+
+void DebugLine(const std::string& text)
+{
+    OutputDebugStringA((text + "\r\n").c_str());
+}
+
+/// Converts to the mixer's form. Null when the system can't.
+std::shared_ptr<const SoundSamples> Convert(const SDL_AudioSpec& spec, const Uint8* data, Uint32 size)
+{
+    SDL_AudioCVT conversion;
+    if (SDL_BuildAudioCVT(&conversion, spec.format, spec.channels, spec.freq, AUDIO_S16SYS, CMixer::CHANNELS,
+                          CMixer::RATE) < 0)
+        return nullptr;
+    std::vector<Uint8> buffer(static_cast<std::size_t>(size) *
+                              static_cast<std::size_t>(std::max(conversion.len_mult, 1)));
+    std::copy_n(data, size, buffer.begin());
+    conversion.len = static_cast<int>(size);
+    conversion.buf = buffer.data();
+    if (SDL_ConvertAudio(&conversion) != 0)
+        return nullptr;
+    const std::size_t bytes =
+        conversion.needed ? static_cast<std::size_t>(conversion.len_cvt) : static_cast<std::size_t>(size);
+    auto samples = std::make_shared<SoundSamples>(bytes / sizeof(std::int16_t));
+    std::memcpy(samples->data(), buffer.data(), samples->size() * sizeof(std::int16_t));
+    return samples;
+}
+
+} // namespace
+
+CSound::~CSound()
+{
+    if (m_nDevice != 0)
+        SDL_CloseAudioDevice(m_nDevice);
+}
+
+void CSound::LoadNames(const char* path)
+{
+    ds_file_buffered file;
+    try {
+        file.open(path, false);
+    } catch (const fopen_exception& exception) {
+        DebugLine(std::string("Sounds: ") + exception.what());
+        return;
+    }
+    CTextParser parser(&file, false);
+    bool good = parser.SeekToToken("SoundMap") && parser.SkipTillChar('{');
+    while (good && parser.SkipSpace(false) != '}') {
+        char name[MAX_PATH];
+        char sound[MAX_PATH];
+        good = parser.ReadFileName(name, sizeof(name)) && parser.ReadFileName(sound, sizeof(sound));
+        if (good)
+            m_Names.try_emplace(LowerCase(name), sound);
+        if (good && parser.SkipSpace(false) == ',')
+            parser.SkipSpace(true);
+    }
+    if (!good)
+        DebugLine(parser.DescribeError());
+}
+
+bool CSound::OpenDevice()
+{
+    if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0)
+        return false;
+    SDL_AudioSpec wanted = {};
+    wanted.freq = CMixer::RATE;
+    wanted.format = AUDIO_S16SYS;
+    wanted.channels = CMixer::CHANNELS;
+    wanted.samples = DEVICE_BUFFER_FRAMES;
+    wanted.callback = &CSound::Callback;
+    wanted.userdata = this;
+    m_nDevice = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
+    if (m_nDevice != 0)
+        SDL_PauseAudioDevice(m_nDevice, 0);
+    return m_nDevice != 0;
+}
+
+void CSound::Callback(void* self, std::uint8_t* out, int bytes)
+{
+    constexpr std::size_t FRAME_BYTES = CMixer::CHANNELS * sizeof(std::int16_t);
+    static_cast<CSound*>(self)->m_Mixer.Mix(reinterpret_cast<std::int16_t*>(out),
+                                            static_cast<std::size_t>(bytes) / FRAME_BYTES);
+}
+
+void CSound::SetLevels(bool muteEffects, float effects, bool muteMusic, float music)
+{
+    const CDeviceLock lock(m_nDevice);
+    m_Mixer.SetLevel(CMixer::GROUP_EFFECTS, muteEffects ? 0.0F : effects);
+    m_Mixer.SetLevel(CMixer::GROUP_MUSIC, muteMusic ? 0.0F : music);
+}
+
+std::shared_ptr<const SoundSamples> CSound::Load(const std::string& file)
+{
+    if (const auto found = m_Loaded.find(file); found != m_Loaded.end())
+        return found->second;
+    auto& samples = m_Loaded[file];
+    const std::string path = PlatformResolveRead(file.c_str());
+    SDL_RWops* stream = SDL_RWFromFile(path.c_str(), "rb");
+    const Sint64 bytes = stream == nullptr ? -1 : SDL_RWsize(stream);
+    if (bytes < 0 || bytes > static_cast<Sint64>(MAX_FILE_BYTES)) {
+        if (stream != nullptr)
+            SDL_RWclose(stream);
+        std::fprintf(stderr, "seawarden: sound %s can't be read or is too large\n", path.c_str());
+        return samples;
+    }
+    SDL_AudioSpec spec;
+    Uint8* data = nullptr;
+    Uint32 size = 0;
+    if (SDL_LoadWAV_RW(stream, 1, &spec, &data, &size) != nullptr) {
+        samples = Convert(spec, data, size);
+        SDL_FreeWAV(data);
+    }
+    if (samples == nullptr)
+        std::fprintf(stderr, "seawarden: sound %s: %s\n", path.c_str(), SDL_GetError());
+    return samples;
+}
+
+bool CSound::Start(const std::string& file, CMixer::Group group, bool loop)
+{
+    // Told with and without a device, so that both runs have the same debug output.
+    const std::string found = FindGameFile(file);
+    if (found.empty())
+        DebugLine("Sounds: there is no file " + file);
+    if (found.empty() || m_nDevice == 0)
+        return false;
+    auto samples = Load(found);
+    if (samples == nullptr)
+        return false;
+    const CDeviceLock lock(m_nDevice);
+    m_Mixer.Start(std::move(samples), group, loop);
+    return true;
+}
+
+void CSound::Play(const char* name, int, int)
+{
+    if (name == nullptr)
+        return;
+    if (onPlay)
+        onPlay(name);
+    const auto found = m_Names.find(LowerCase(name));
+    if (found != m_Names.end())
+        Start(found->second, CMixer::GROUP_EFFECTS, false);
+}
+
+void CSound::Stop(int fade)
+{
+    const CDeviceLock lock(m_nDevice);
+    m_Mixer.Stop(CMixer::GROUP_EFFECTS, fade);
+}
+
+void CSound::PlayMusic(const std::string& file, bool loop)
+{
+    StopMusic(0);
+    m_bMusic = Start(file, CMixer::GROUP_MUSIC, loop);
+}
+
+void CSound::StopMusic(int fade)
+{
+    m_bMusic = false;
+    const CDeviceLock lock(m_nDevice);
+    m_Mixer.Stop(CMixer::GROUP_MUSIC, fade);
+}
+
+bool CSound::HasMusicEnded()
+{
+    if (!m_bMusic || m_nDevice == 0)
+        return false;
+    const CDeviceLock lock(m_nDevice);
+    return !m_Mixer.IsPlaying(CMixer::GROUP_MUSIC);
+}

@@ -1,0 +1,183 @@
+// CMainWnd: the handover to the battle and back, the options record, and the way out of the program.
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "flow/maindlg.h"
+#include "flow/mainwnd.h"
+#include "flow/valuebox.h"
+#include "iengine.h"
+#include "ientities.h"
+#include "irender2d.h"
+#include "platform/files.h"
+
+namespace
+{
+
+constexpr char EXIT_PICTURES[] = "resource\\images\\pic\\*.tga";
+constexpr char EXIT_PICTURE_FOLDER[] = "pic\\";
+
+/// Entities of a scene that are told of new options, in this order.
+constexpr const char* REFRESHED_ENTITIES[] = {"camera", "graphics", "sea",   "meteo",     "ship",
+                                              "marker", "effects",  "smoke", "Particles", "Game"};
+
+void Refresh(IEngine* scene, int entity)
+{
+    if (entity >= 0)
+        scene->SendMessage(MSG_REFRESH, entity, 0, nullptr);
+}
+
+// The entity that keeps the options of the current scene; null when there is no scene or no such entity.
+IGraphicsEntity* FindGraphics(IEngine* scene)
+{
+    const int id = scene != nullptr ? scene->FindEntity("graphics", nullptr) : -1;
+    return id >= 0 ? dynamic_cast<IGraphicsEntity*>(scene->GetEntity(id)) : nullptr;
+}
+
+std::vector<std::string> FindExitPictures()
+{
+    std::vector<std::string> names;
+    WIN32_FIND_DATAA found;
+    const HANDLE search = FindFirstFileA(EXIT_PICTURES, &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return names;
+    do {
+        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+            names.emplace_back(found.cFileName);
+    } while (FindNextFileA(search, &found));
+    FindClose(search);
+    return names;
+}
+
+} // namespace
+
+void CMainWnd::PostCommand(int code)
+{
+    m_Command.code = code;
+    Root()->PostMessage(MSG_ITF_COMMAND, DEST_LOGIC, 0, "l", &m_Command);
+}
+
+void CMainWnd::FadeAndPostCommand(int code)
+{
+    ShowLoadingScreen();
+    PostCommand(code);
+}
+
+void CMainWnd::ShowLoadingScreen()
+{
+    // What the player saw last lies under what follows.
+    m_pRender2D->Blit(0, Toolkit().screenSurface, DISPLAY_NOW, &Toolkit().virtualScreen, nullptr, false);
+    PaintFullScreen("itfFade");
+    const int logo = AcquireSprite("itfScLogo");
+    RECT size;
+    GetSpriteRect(logo, &size);
+    const LONG left = (m_rcClient.right - size.right) / 2;
+    const LONG top = (m_rcClient.bottom - size.bottom) / 2;
+    const RECT place = {left, top, left + size.right, top + size.bottom};
+    DrawSprite(logo, &place, true);
+    ReleaseSprite(logo);
+    Present(true);
+    SetDrawing(false);
+}
+
+void CMainWnd::ReadOptions()
+{
+    if (IGraphicsEntity* graphics = FindGraphics(GetCurrentScene(m_pCore)))
+        graphics->GetOptions(&m_Options);
+}
+
+void CMainWnd::ApplyOptions()
+{
+    if (IEngine* scene = GetCurrentScene(m_pCore)) {
+        if (IGraphicsEntity* graphics = FindGraphics(scene))
+            graphics->SetOptions(&m_Options);
+        for (const char* name : REFRESHED_ENTITIES)
+            Refresh(scene, scene->FindEntity(name, nullptr));
+        // All ids before the first message: a receiver's own search would end this one.
+        std::vector<int> fires;
+        for (int id = scene->FindEntity("fire", nullptr); id != -1; id = scene->FindNextEntity())
+            fires.push_back(id);
+        for (const int id : fires)
+            Refresh(scene, id);
+        Refresh(scene, scene->FindEntity("sea", "sky"));
+    }
+    Root()->PostMessage(MSG_REFRESH, DEST_LOGIC, 0, nullptr);
+}
+
+bool CMainWnd::ShowExitPicture()
+{
+    const std::vector<std::string> names = FindExitPictures();
+    if (names.empty())
+        return false;
+    const double last = static_cast<double>(names.size() - 1);
+    const auto index = static_cast<std::size_t>(std::floor(last * ItfRand() / 32767.0 + 0.5));
+    const int picture = LoadSpriteFile((EXIT_PICTURE_FOLDER + names[std::min(index, names.size() - 1)]).c_str());
+    if (picture < 0)
+        return false;
+    DrawSprite(picture, &m_rcClient, false);
+    ReleaseSprite(picture);
+    m_pCore->SetInputMode(INPUT_FULLSCREEN_PICTURE);
+    m_bExitPicture = true;
+    return true;
+}
+
+void CMainWnd::Quit() { GetRootScene(m_pCore)->SendMessage(MSG_QUIT, DEST_HOST, -1, ""); }
+
+void CMainWnd::LeaveProgram()
+{
+    if (!ShowExitPicture()) {
+        Quit();
+        return;
+    }
+    ShowMainDlg(false);
+    SetFocus();
+}
+
+void CMainWnd::AskLeaveBattle()
+{
+    PaintFullScreen("itfFade");
+    MessageBox(GetResString(TEXT_LEAVE_QUESTION), GetResString(TEXT_LEAVE_CAPTION), this, BOX_LEAVE_BATTLE,
+               CValueBox::STYLE_YES_NO);
+}
+
+void CMainWnd::LeaveBattle()
+{
+    // Read by the logic during the call.
+    static const std::int32_t stopped[2] = {90, 0};
+
+    IEngine* scene = GetCurrentScene(m_pCore);
+    const int logic = scene != nullptr ? scene->FindEntity("logic", "logic") : -1;
+    if (logic < 1) {
+        Root()->PostMessage(MSG_NO_LOGIC, DEST_LOGIC, 0, "l", -1);
+    } else {
+        scene->SendMessage(MSG_LOGIC_STOP, logic, -1, nullptr);
+        Root()->SendMessage(MSG_LOGIC_STOPPED, DEST_LOGIC, 0, "l", stopped);
+    }
+    ShowMainDlg(true);
+    Invalidate(nullptr);
+}
+
+void CMainWnd::ResumeBattle()
+{
+    SetDrawing(true);
+    Root()->SendMessage(MSG_REFRESH, DEST_LOGIC, 0, nullptr);
+    PostCommand(CMD_RESUME);
+}
+
+void CMainWnd::StayInBattle() { ResumeBattle(); }
+
+void CMainWnd::LeaveNetwork()
+{
+    SetDrawing(true);
+    PostCommand(CMD_RESUME);
+    GetRootScene(m_pCore)->PostMessage(MSG_NET_DROP, DEST_LOGIC, 0, nullptr);
+}
+
+void CMainWnd::AbortNetGame()
+{
+    SetDrawing(true);
+    PostCommand(CMD_RESUME);
+    if (auto* net = reinterpret_cast<INetCore*>(Root()->SendMessage(MSG_GET_NET, DEST_LOGIC, 0, nullptr)))
+        net->AbortGame();
+}

@@ -1,0 +1,120 @@
+// CInterface: what each event of the logic opens.
+
+#include <cstring>
+
+#include "flow/valuebox.h"
+#include "iengine.h"
+#include "ilogic.h"
+#include "irender2d.h"
+#include "ivideo.h"
+#include "kernel/interface_entity.h"
+#include "platform/input.h"
+
+const CInterface::EventRow CInterface::s_Events[] = {
+    {EVENT_MAIN_MENU, &CInterface::EventMainMenu},
+    {EVENT_VIDEO, &CInterface::EventVideo},
+    {EVENT_MESSAGE, &CInterface::EventMessage},
+    {EVENT_MISSION_BRIEF, &CInterface::EventMissionBrief},
+    {EVENT_LEAVE_BATTLE, &CInterface::EventLeaveBattle},
+    {EVENT_MENU_WITH_MESSAGE, &CInterface::EventMenuWithMessage},
+    {EVENT_MESSAGE_BOX, &CInterface::EventMessageBox},
+    {EVENT_FULL_DISPLAY, &CInterface::EventFullDisplay},
+};
+
+// Codes without a row do nothing.
+Word CInterface::RunEvent(const ItfEvent& event)
+{
+    if (m_mainWnd.GetId() == -1)
+        return 0;
+    for (const EventRow& row : s_Events) {
+        if (row.code == event.code)
+            return (this->*row.action)(event);
+    }
+    return 0;
+}
+
+Word CInterface::EventMainMenu(const ItfEvent&)
+{
+    m_mainWnd.CloseAllDialogs();
+    m_mainWnd.ShowMainDlg(true);
+    return 0;
+}
+
+Word CInterface::EventVideo(const ItfEvent& event)
+{
+    // Read by the logic later, and always the same.
+    static const ItfCommand done = [] {
+        ItfCommand command;
+        command.code = CMD_STORY_DONE;
+        return command;
+    }();
+
+    ShowCursor(FALSE);
+    m_pCore->SetInputMode(INPUT_FULLSCREEN_PICTURE);
+    if (IVideo* video = ::GetVideo(m_pCore)) {
+        const std::string file(event.text, strnlen(event.text, sizeof event.text));
+        const int handle = video->OpenVideo(file.c_str(), VIDEO_FULLSCREEN);
+        if (handle >= 0) {
+            if (m_pPlayList != nullptr)
+                m_pPlayList->Stop(0);
+            SIZE size;
+            m_pCore->GetScreenSize(&size);
+            const RECT screen = {0, 0, size.cx, size.cy};
+            video->SetVideoTarget(handle, DISPLAY_NOW, &screen);
+            video->PlayVideo(handle, 0);
+            video->StopVideo(handle);
+            video->CloseVideo(handle);
+            if (m_pPlayList != nullptr)
+                m_pPlayList->Play(-1);
+        }
+    }
+    ShowCursor(TRUE);
+    m_pCore->SetInputMode(INPUT_NORMAL);
+    m_pCore->GetScene(-1)->PostMessage(MSG_ITF_COMMAND, DEST_LOGIC, 0, "l", &done);
+    return 0;
+}
+
+Word CInterface::EventMessage(const ItfEvent& event)
+{
+    m_mainWnd.ShowMessage(event.value1);
+    return 0;
+}
+
+Word CInterface::EventMissionBrief(const ItfEvent& event)
+{
+    m_mainWnd.ShowMissionBrief(event.text, event.value2 == 0);
+    return 0;
+}
+
+Word CInterface::EventLeaveBattle(const ItfEvent&)
+{
+    m_mainWnd.AskLeaveBattle();
+    return 0;
+}
+
+Word CInterface::EventMenuWithMessage(const ItfEvent& event)
+{
+    EventMainMenu(event);
+    m_mainWnd.ShowMessage(event.value2);
+    return 0;
+}
+
+// The one event with a result: the box, which deletes itself at the answer.
+Word CInterface::EventMessageBox(const ItfEvent& event)
+{
+    enum BoxWord { BOX_SECOND, BOX_FIRST, BOX_STYLE, BOX_ID };
+    const Word* words = static_cast<const Word*>(event.object);
+    if (words == nullptr)
+        return 0;
+    CValueBox* box = m_mainWnd.MessageBox(reinterpret_cast<const char*>(words[BOX_FIRST]),
+                                          reinterpret_cast<const char*>(words[BOX_SECOND]), &m_mainWnd,
+                                          static_cast<int>(words[BOX_ID]),
+                                          static_cast<std::uint32_t>(words[BOX_STYLE]));
+    return reinterpret_cast<Word>(box);
+}
+
+Word CInterface::EventFullDisplay(const ItfEvent&)
+{
+    m_mainWnd.SetFullDisplay();
+    return 0;
+}

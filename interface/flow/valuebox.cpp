@@ -1,0 +1,82 @@
+#include "flow/valuebox.h"
+
+#include "controls/itfbutton.h"
+#include "controls/itftextbox.h"
+#include "flow/flow.h"
+
+namespace
+{
+
+/// The resource places the box; this is what it has before.
+constexpr RECT BOX_RECT = {10, 10, 20, 20};
+
+void SetBoxText(CItfDialog& dialog, int id, const char* text)
+{
+    if (auto* box = dialog.GetControlAs<CItfTextBox>(id))
+        box->SetText(text);
+}
+
+} // namespace
+
+CValueBox::~CValueBox() = default;
+
+bool CValueBox::Create(const char* first, const char* second, CItfWnd* parent, int id, std::uint32_t style,
+                       IEngine* core)
+{
+    const char* section = (style & STYLE_YES_NO) != 0 ? "MessageBoxYesNoDlg" : "MessageBoxDlg";
+    if (!CreateFromResource("ValueBox", nullptr, &BOX_RECT, parent, id, style, core, section))
+        return false;
+    m_nOldModal = GetModalId();
+    SetModal();
+    SetBoxText(*this, IDC_CAPTION, second);
+    SetBoxText(*this, IDC_MESSAGE, first);
+    if (CItfWnd* button = GetControl(IDC_FIRST)) {
+        if ((style & STYLE_OTHER_BUTTON) != 0)
+            button->SetCaption(GetResString(TEXT_OTHER_BUTTON));
+        if ((style & STYLE_NO_BUTTON) != 0)
+            button->Hide(true);
+    }
+    return true;
+}
+
+void CValueBox::OnDestroy()
+{
+    CItfDialog::OnDestroy();
+    delete this;
+}
+
+const CItfWnd::Row* CValueBox::GetMessageTable() const
+{
+    static const Row rows[] = {
+        On(ITFM_NOTIFY, &CValueBox::OnNotify),
+        EndOfTable(),
+    };
+    return rows;
+}
+
+Word CValueBox::OnNotify(std::uint32_t code, std::int32_t id)
+{
+    if (code != NOTIFY_CLICKED)
+        return 0;
+    if (id == IDC_FIRST || id == IDC_SECOND) {
+        const FlowResult answer = id == IDC_FIRST ? RESULT_FIRST : RESULT_SECOND;
+        PostToParent(ITFM_NOTIFY, static_cast<std::uint32_t>(answer), m_nCtrlId);
+    }
+    // A window that has gone meanwhile would hold the input for ever.
+    SetModalId(FindWindow(m_nOldModal) != nullptr ? m_nOldModal : -1);
+    Destroy();
+    RedrawAll();
+    return 0;
+}
+
+CValueBox* CItfWnd::MessageBox(const char* first, const char* second, CItfWnd* parent, int id, std::uint32_t style)
+{
+    auto* box = new CValueBox;
+    if (!box->Create(first, second, parent, id, style, m_pCore)) {
+        delete box;
+        return nullptr;
+    }
+    box->Show(true);
+    box->Invalidate(nullptr);
+    return box;
+}

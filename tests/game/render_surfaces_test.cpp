@@ -1,0 +1,227 @@
+// The numbers, locks and display of the 2-D layer.
+
+#include "render/render2d.h"
+
+#include <climits>
+#include <set>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/gdi.h"
+#include "support/picture_compare.h"
+
+using seawarden_test::TakePicture;
+
+namespace
+{
+
+constexpr RECT SMALL{0, 0, 4, 3};
+constexpr COLORREF WHITE = RGB(255, 255, 255);
+constexpr std::uint16_t WHITE_PIXEL = 0xffff;
+
+std::vector<std::uint16_t> PixelsOf(CRender2D& render, int surface)
+{
+    return TakePicture(render, surface).m_aPixels;
+}
+
+TEST(Surfaces, SizesThatCanBeMade)
+{
+    struct Case {
+        RECT rect;
+        bool made;
+        RECT size;
+    };
+    const Case cases[] = {
+        {{0, 0, 1, 1}, true, {0, 0, 1, 1}},
+        {{-10, 5, 20, 9}, true, {0, 0, 30, 4}},
+        {{0, 0, SURFACE_MAX_SIDE, 1}, true, {0, 0, SURFACE_MAX_SIDE, 1}},
+        {{0, 0, SURFACE_MAX_SIDE + 1, 1}, false, {}},
+        {{0, 0, 1, SURFACE_MAX_SIDE + 1}, false, {}},
+        {{0, 0, 0, 5}, false, {}},
+        {{9, 0, 3, 5}, false, {}},
+        {{INT_MIN, INT_MIN, INT_MAX, INT_MAX}, false, {}},
+        {{INT_MAX, INT_MAX, INT_MIN, INT_MIN}, false, {}},
+    };
+    CRender2D render;
+    for (const Case& c : cases) {
+        const int surface = render.CreateSurface(&c.rect);
+        EXPECT_EQ(surface >= 0, c.made);
+        RECT size{1, 2, 3, 4};
+        render.GetSurfaceRect(surface, &size);
+        // -1 is the display, whose size it then is.
+        EXPECT_EQ(size, c.made ? c.size : (RECT{0, 0, 800, 600}));
+    }
+    EXPECT_LT(render.CreateSurface(nullptr), 0);
+}
+
+TEST(Surfaces, NumbersAreReusedOnlyAfterTheyAreFreed)
+{
+    CRender2D render;
+    std::set<int> numbers;
+    for (int i = 0; i < 5; ++i)
+        EXPECT_TRUE(numbers.insert(render.CreateSurface(&SMALL)).second);
+    const int freed = *std::next(numbers.begin(), 2);
+    render.FreeSurface(freed);
+    RECT size{1, 2, 3, 4};
+    render.GetSurfaceRect(freed, &size);
+    EXPECT_EQ(size, RECT{});
+    EXPECT_EQ(render.CreateSurface(&SMALL), freed);
+}
+
+TEST(Surfaces, TooManyFailAndLeaveTheOthersAlone)
+{
+    CRender2D render;
+    const RECT one{0, 0, 1, 1};
+    for (std::size_t i = 0; i < CRender2D::MAX_SURFACES; ++i)
+        ASSERT_GE(render.CreateSurface(&one), 0);
+    EXPECT_LT(render.CreateSurface(&one), 0);
+    render.FreeSurface(7);
+    EXPECT_EQ(render.CreateSurface(&one), 7);
+}
+
+TEST(Surfaces, UnknownNumbersDoNothing)
+{
+    CRender2D render;
+    const int known = render.CreateSurface(&SMALL);
+    render.FillSurface(known, WHITE);
+    for (const int number : {known + 1, 4711, -3, INT_MIN, INT_MAX}) {
+        RECT size{1, 2, 3, 4};
+        render.GetSurfaceRect(number, &size);
+        EXPECT_EQ(size, RECT{});
+        render.FillSurface(number, WHITE);
+        render.Blit(0, number, known, nullptr, nullptr, false);
+        render.Blit(0, known, number, nullptr, nullptr, false);
+        EXPECT_EQ(render.LockSurface(number), nullptr);
+        render.UnlockSurface(number, 0);
+        EXPECT_EQ(render.GetSurfaceDC(number), nullptr);
+        render.ReleaseSurfaceDC(number, nullptr);
+        render.FreeSurface(number);
+    }
+    EXPECT_EQ(PixelsOf(render, known), std::vector<std::uint16_t>(12, WHITE_PIXEL));
+    render.UnlockSurface(known, 0); // never locked
+    render.ReleaseSurfaceDC(known, nullptr);
+    EXPECT_NE(render.LockSurface(known), nullptr);
+}
+
+TEST(Surfaces, ALockedSurfaceOutlivesItsFreeing)
+{
+    CRender2D render;
+    const int surface = render.CreateSurface(&SMALL);
+    std::uint16_t* const pixels = render.LockSurface(surface);
+    EXPECT_EQ(render.LockSurface(surface), pixels);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pixels) % 16, 0u);
+    render.FreeSurface(surface);
+    render.FreeSurface(surface);
+    EXPECT_EQ(render.LockSurface(surface), nullptr);
+    EXPECT_EQ(render.GetSurfaceDC(surface), nullptr);
+
+    pixels[11] = 1; // still ours
+    render.UnlockSurface(surface, 0);
+    pixels[11] = 2; // one lock is left
+    EXPECT_NE(render.CreateSurface(&SMALL), surface);
+    render.UnlockSurface(surface, 0);
+    EXPECT_EQ(render.CreateSurface(&SMALL), surface);
+}
+
+TEST(Surfaces, ADeviceContextHoldsItsSurface)
+{
+    CRender2D render;
+    const int surface = render.CreateSurface(&SMALL);
+    const int other = render.CreateSurface(&SMALL);
+    const HDC dc = render.GetSurfaceDC(surface);
+    ASSERT_NE(dc, nullptr);
+    const RECT all{0, 0, 100, 100};
+    const HBRUSH brush = CreateSolidBrush(WHITE);
+    FillRect(dc, &all, brush);
+    EXPECT_EQ(PixelsOf(render, surface), std::vector<std::uint16_t>(12, WHITE_PIXEL));
+
+    render.FreeSurface(surface);
+    FillRect(dc, &all, brush); // its pixels are still there
+    render.ReleaseSurfaceDC(other, dc);
+    EXPECT_NE(render.CreateSurface(&SMALL), surface);
+    render.ReleaseSurfaceDC(surface, dc);
+    EXPECT_EQ(render.CreateSurface(&SMALL), surface);
+    DeleteObject(brush);
+}
+
+TEST(Surfaces, FillsAsADeviceContextDoes)
+{
+    struct Case {
+        COLORREF colour;
+        std::uint16_t pixel;
+    };
+    const Case cases[] = {{RGB(255, 0, 0), 0xf800},   {RGB(0, 255, 0), 0x07e0}, {RGB(0, 0, 255), 0x001f},
+                          {RGB(7, 3, 7), 0x0000},     {RGB(8, 4, 8), 0x0821},   {0xff000000, 0x0000},
+                          {RGB(123, 45, 201), 0x7979}};
+    CRender2D render;
+    const int surface = render.CreateSurface(&SMALL);
+    for (const Case& c : cases) {
+        const std::vector<std::uint16_t> expected(12, c.pixel);
+        render.FillSurface(surface, c.colour);
+        EXPECT_EQ(PixelsOf(render, surface), expected) << c.colour;
+
+        const HDC dc = render.GetSurfaceDC(surface);
+        const HBRUSH brush = CreateSolidBrush(c.colour);
+        FillRect(dc, &SMALL, brush);
+        DeleteObject(brush);
+        render.ReleaseSurfaceDC(surface, dc);
+        EXPECT_EQ(PixelsOf(render, surface), expected) << c.colour;
+    }
+}
+
+TEST(Display, TakesBlitsAndIsReadBack)
+{
+    CRender2D render(4, 3);
+    const int surface = render.CreateSurface(&SMALL);
+    int shown = 0;
+    std::uint16_t shownPixel = 0;
+    render.SetOnPresentNow([&] {
+        ++shown;
+        shownPixel = render.DisplayPixels()[0];
+    });
+    render.TakeDisplayChanged();
+
+    render.FillSurface(surface, WHITE);
+    EXPECT_FALSE(render.TakeDisplayChanged());
+    render.Blit(0, DISPLAY_FRAME, surface, nullptr, nullptr, false);
+    EXPECT_EQ(render.DisplayPixels()[11], WHITE_PIXEL);
+    EXPECT_EQ(shown, 0);
+    EXPECT_TRUE(render.TakeDisplayChanged());
+    EXPECT_FALSE(render.TakeDisplayChanged());
+
+    render.FillSurface(surface, RGB(255, 0, 0));
+    render.Blit(0, DISPLAY_NOW, surface, nullptr, nullptr, false);
+    EXPECT_EQ(shown, 1);
+    EXPECT_EQ(shownPixel, 0xf800);
+
+    for (const int display : {DISPLAY_NOW, DISPLAY_FRAME}) {
+        render.FillSurface(surface, 0);
+        render.Blit(0, surface, display, nullptr, nullptr, false);
+        EXPECT_EQ(PixelsOf(render, surface), std::vector<std::uint16_t>(12, 0xf800));
+    }
+    EXPECT_EQ(render.LockSurface(DISPLAY_NOW), nullptr);
+    EXPECT_EQ(render.GetSurfaceDC(DISPLAY_FRAME), nullptr);
+    render.FreeSurface(DISPLAY_NOW);
+    EXPECT_EQ(render.DisplayPixels()[0], 0xf800);
+}
+
+TEST(Display, ChangesItsSize)
+{
+    CRender2D render(4, 3);
+    render.FillSurface(DISPLAY_FRAME, WHITE);
+    for (const SIZE bad : {SIZE{0, 5}, SIZE{5, -1}, SIZE{SURFACE_MAX_SIDE + 1, 5}, SIZE{INT_MAX, INT_MAX}})
+        EXPECT_FALSE(render.SetDisplaySize(bad.cx, bad.cy));
+    EXPECT_TRUE(render.SetDisplaySize(4, 3));
+    EXPECT_EQ(render.DisplayPixels()[11], WHITE_PIXEL);
+
+    EXPECT_TRUE(render.SetDisplaySize(7, 5));
+    EXPECT_TRUE(render.TakeDisplayChanged());
+    RECT size;
+    render.GetSurfaceRect(DISPLAY_NOW, &size);
+    EXPECT_EQ(size, (RECT{0, 0, 7, 5}));
+    EXPECT_EQ(render.DisplayPixels()[34], 0);
+    EXPECT_THROW(CRender2D(0, 0), std::runtime_error);
+}
+
+} // namespace

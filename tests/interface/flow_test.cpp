@@ -1,0 +1,467 @@
+// The main window's flow with the shipped data: main menu, boxes, events of the logic, the way out.
+
+#include <cstring>
+
+#include "controls/itfbutton.h"
+#include "controls/itfeditbox.h"
+#include "controls/itftextbox.h"
+#include "flow/editboxdlg.h"
+#include "flow/flow.h"
+#include "flow/maindlg.h"
+#include "flow/valuebox.h"
+#include "platform/files.h"
+#include "support/toolkit_fixture.h"
+
+using namespace seawarden_test;
+
+namespace
+{
+
+class FlowTest : public ToolkitTest
+{
+  protected:
+    void Menu()
+    {
+        Start(EVENT_MAIN_MENU);
+        FinishShade();
+    }
+    // The newest window of the class, null when there is none.
+    template <class T> T* Find()
+    {
+        for (auto entry = Toolkit().windows.rbegin(); entry != Toolkit().windows.rend(); ++entry) {
+            if (auto* wnd = dynamic_cast<T*>(entry->wnd))
+                return wnd;
+        }
+        return nullptr;
+    }
+    std::size_t CountBoxes()
+    {
+        std::size_t n = 0;
+        for (const WindowEntry& entry : Toolkit().windows)
+            n += dynamic_cast<CValueBox*>(entry.wnd) != nullptr;
+        return n;
+    }
+    void ClickControl(const CItfWnd* wnd)
+    {
+        ASSERT_NE(wnd, nullptr);
+        RECT rect;
+        wnd->GetScreenRect(&rect);
+        Click((rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2);
+    }
+    void Answer(int control)
+    {
+        auto* box = Find<CValueBox>();
+        ASSERT_NE(box, nullptr);
+        ClickControl(box->GetControl(control));
+        Frame();
+    }
+    // What the main dialog does when an item is chosen.
+    void Choose(int item)
+    {
+        CItfWnd::PostTo(0, ITFM_COMMAND, DLG_MAIN, item);
+        Frame();
+    }
+    static std::string TextOf(CItfDialog* dialog, int id)
+    {
+        auto* box = dialog != nullptr ? dialog->GetControlAs<CItfTextBox>(id) : nullptr;
+        return box != nullptr ? std::string(box->GetText()) : std::string();
+    }
+};
+
+TEST_F(FlowTest, EventZeroOpensTheMenuWithTheShade)
+{
+    std::uint32_t version = 0x01020003;
+    engine.profile.SelectSection("VERSION", 1);
+    engine.profile.Write("Version", "x", &version);
+    engine.textTable.texts[TEXT_VERSION] = "Version";
+    Start(EVENT_MAIN_MENU);
+    auto* menu = Find<CMainDlg>();
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->GetCtrlId(), DLG_MAIN);
+    EXPECT_EQ(CItfWnd::GetFocusId(), menu->GetId());
+    EXPECT_FALSE(CItfWnd::IsDrawing()) << "until the shade ends";
+    EXPECT_EQ(engine.sound.played, std::vector<std::string>{"itfShade"});
+    const std::vector<Sent> shades = engine.SentWith(MSG_SHADE_START);
+    ASSERT_EQ(shades.size(), 1u);
+    EXPECT_EQ(shades[0].words, (std::vector<Word>{-1, 0, 1000, Ui().GetEntityId(), MSG_ITF_SHADE_DONE, -1}));
+    EXPECT_EQ(Find<CVersionText>()->GetCaption(), "Version: 1.02.3");
+    EXPECT_EQ(Pixel(400, 300), 0) << "nothing is painted under the shade";
+    FinishShade();
+    EXPECT_TRUE(CItfWnd::IsDrawing());
+    EXPECT_NE(Pixel(400, 20), 0);
+
+    SendEvent({.code = EVENT_MAIN_MENU});
+    EXPECT_NE(Find<CMainDlg>(), nullptr);
+    EXPECT_EQ(Toolkit().windows.size(), 4u) << "the old dialog, its menu and its version line are gone";
+}
+
+TEST_F(FlowTest, WithoutShaderOrSceneTheMenuIsThereAtOnce)
+{
+    engine.refused.insert("shader");
+    Start(EVENT_MAIN_MENU);
+    EXPECT_TRUE(CItfWnd::IsDrawing());
+    EXPECT_NE(Find<CMainDlg>(), nullptr);
+    EXPECT_EQ(Find<CVersionText>()->GetCaption().substr(0, 9), "text 116:");
+}
+
+TEST_F(FlowTest, TheHiddenCodeIsASlidingWindow)
+{
+    Menu();
+    const std::pair<const char*, std::size_t> cases[] = {
+        {"qir", 0}, {"u", 1}, {"xxQiRu", 1}, {"qiruqiru", 2}, {"qqiirruu", 0}, {"qiqiru", 1},
+    };
+    std::size_t commands = 0;
+    for (const auto& [text, more] : cases) {
+        Type(text);
+        Frame();
+        commands += more;
+        EXPECT_EQ(Commands(), std::vector<int>(commands, CMD_SECRET)) << text;
+    }
+}
+
+TEST_F(FlowTest, LeavingTheProgram)
+{
+    Menu();
+    Choose(MENU_QUIT);
+    auto* box = Find<CValueBox>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->GetCtrlId(), BOX_LEAVE_PROGRAM);
+    EXPECT_EQ(CItfWnd::GetModalId(), box->GetId());
+    EXPECT_EQ(TextOf(box, CValueBox::IDC_MESSAGE), "text 16");
+    EXPECT_EQ(TextOf(box, CValueBox::IDC_CAPTION), "text 13150");
+    Click(5, 5);
+    EXPECT_EQ(CountBoxes(), 1u) << "a click beside the box does nothing";
+
+    Answer(CValueBox::IDC_SECOND);
+    EXPECT_EQ(CountBoxes(), 0u);
+    EXPECT_EQ(CItfWnd::GetModalId(), -1);
+    EXPECT_EQ(CItfWnd::GetFocusId(), Find<CMainDlg>()->GetId());
+    Key(VK_RETURN);
+    EXPECT_TRUE(engine.SentWith(MSG_QUIT).empty());
+
+    Choose(MENU_QUIT);
+    Answer(CValueBox::IDC_FIRST);
+    EXPECT_EQ(Find<CMainDlg>(), nullptr);
+    EXPECT_TRUE(engine.SentWith(MSG_QUIT).empty()) << "the closing picture stays";
+    Click(400, 300);
+    EXPECT_TRUE(engine.SentWith(MSG_QUIT).empty()) << "a click doesn't end it";
+    Key(VK_SPACE);
+    ASSERT_EQ(engine.SentWith(MSG_QUIT).size(), 1u);
+    EXPECT_EQ(engine.SentWith(MSG_QUIT)[0].destination, DEST_HOST);
+    EXPECT_EQ(engine.SentWith(MSG_QUIT)[0].extra, -1);
+}
+
+TEST_F(FlowTest, WithoutAClosingPictureTheProgramEndsAtOnce)
+{
+    Menu();
+    Choose(MENU_QUIT);
+    // From here on the folder of pictures holds a broken one alone, then nothing.
+    PlatformSetRoots(userFolder.string(), (userFolder / "nowhere").string());
+    WriteFile("resource/images/pic/broken.tga", "no picture");
+    Answer(CValueBox::IDC_FIRST);
+    EXPECT_EQ(engine.SentWith(MSG_QUIT).size(), 1u);
+    EXPECT_EQ(TakeDebug().size(), 1u) << "the 2-D layer tells which picture is broken";
+    EXPECT_NE(Find<CMainDlg>(), nullptr);
+    std::filesystem::remove(userFolder / "resource/images/pic/broken.tga");
+    CItfWnd::PostTo(0, ITFM_NOTIFY, RESULT_FIRST, BOX_LEAVE_PROGRAM);
+    Frame();
+    EXPECT_EQ(engine.SentWith(MSG_QUIT).size(), 2u);
+}
+
+TEST_F(FlowTest, IntroGoesToTheLogoEntity)
+{
+    Menu();
+    Choose(MENU_INTRO);
+    EXPECT_EQ(engine.sound.stops, std::vector<int>{0});
+    const int logo = engine.FindEntity("logo", nullptr);
+    ASSERT_GE(logo, 0);
+    const Sent& sent = engine.messages.back();
+    EXPECT_EQ(sent.number, MSG_ENTITY_START);
+    EXPECT_EQ(sent.destination, logo);
+    EXPECT_STREQ(reinterpret_cast<const char*>(sent.words.at(0)), "video\\seawardenintro.ani");
+    EXPECT_EQ(sent.words.at(1), 2);
+    Choose(MENU_SCENARIO + 90); // no such item
+    CItfWnd::PostTo(0, ITFM_COMMAND, 11, MENU_QUIT);
+    Frame();
+    EXPECT_EQ(CountBoxes(), 0u) << "only the main menu's control counts";
+}
+
+TEST_F(FlowTest, MessageBoxesNestAndHaveTheirStyles)
+{
+    Menu();
+    SendEvent({.code = EVENT_MESSAGE, .value1 = 500});
+    auto* lower = Find<CValueBox>();
+    EXPECT_EQ(TextOf(lower, CValueBox::IDC_MESSAGE), "text 500");
+    EXPECT_EQ(TextOf(lower, CValueBox::IDC_CAPTION), "text 83");
+    EXPECT_EQ(lower->GetParent(), nullptr);
+    EXPECT_EQ(lower->GetControl(CValueBox::IDC_SECOND), nullptr) << "one button";
+
+    const char first[] = "the message";
+    const char second[] = "the caption";
+    const Word words[] = {reinterpret_cast<Word>(second), reinterpret_cast<Word>(first),
+                          static_cast<Word>(CValueBox::STYLE_YES_NO | CValueBox::STYLE_OTHER_BUTTON), BOX_NET_LOST};
+    ItfEvent event;
+    event.code = EVENT_MESSAGE_BOX;
+    event.object = const_cast<Word*>(words);
+    auto* upper = reinterpret_cast<CValueBox*>(SendEvent(event));
+    ASSERT_EQ(upper, Find<CValueBox>());
+    EXPECT_EQ(TextOf(upper, CValueBox::IDC_MESSAGE), first);
+    EXPECT_EQ(TextOf(upper, CValueBox::IDC_CAPTION), second);
+    EXPECT_EQ(upper->GetControl(CValueBox::IDC_FIRST)->GetCaption(), "text 128");
+    EXPECT_EQ(CItfWnd::GetModalId(), upper->GetId());
+
+    Answer(CValueBox::IDC_SECOND);
+    EXPECT_EQ(engine.net.calls, std::vector<std::string>{"AbortGame"});
+    EXPECT_EQ(Commands(), std::vector<int>{CMD_RESUME});
+    EXPECT_EQ(CItfWnd::GetModalId(), lower->GetId()) << "the lower box is modal again";
+    Answer(CValueBox::IDC_FIRST);
+    EXPECT_EQ(CountBoxes(), 0u);
+    EXPECT_EQ(Commands().size(), 1u) << "a box without a parent only closes";
+
+    SendEvent(event);
+    Answer(CValueBox::IDC_FIRST);
+    EXPECT_EQ(engine.SentWith(MSG_NET_DROP).size(), 1u);
+
+    auto* hidden = Find<CMainDlg>()->MessageBox("a", "b", nullptr, 0, CValueBox::STYLE_NO_BUTTON);
+    EXPECT_FALSE(hidden->GetControl(CValueBox::IDC_FIRST)->IsVisible());
+    // The window that was modal before may go first.
+    auto* over = Find<CMainDlg>()->MessageBox("c", "d", nullptr, 0, 0);
+    hidden->Destroy();
+    ClickControl(over->GetControl(CValueBox::IDC_FIRST));
+    EXPECT_EQ(CItfWnd::GetModalId(), -1) << "a window that has gone doesn't hold the input";
+}
+
+TEST_F(FlowTest, MenuWithMessageClosesWhatWasOpen)
+{
+    Menu();
+    SendEvent({.code = EVENT_MENU_WITH_MESSAGE, .value1 = 1, .value2 = 77});
+    EXPECT_EQ(TextOf(Find<CValueBox>(), CValueBox::IDC_MESSAGE), "text 77");
+    EXPECT_NE(Find<CMainDlg>(), nullptr);
+    FinishShade();
+    SendEvent({.code = 12345});
+    EXPECT_EQ(CountBoxes(), 1u) << "an unknown event does nothing";
+}
+
+TEST_F(FlowTest, LeavingTheBattle)
+{
+    FakeEngine scene;
+    engine.currentScene = &scene;
+    const int logic = scene.AddEntity("logic", "logic");
+    scene.AddEntity("logic", "other");
+    Start(99);
+    SendEvent({.code = EVENT_LEAVE_BATTLE});
+    ASSERT_EQ(Find<CValueBox>()->GetCtrlId(), BOX_LEAVE_BATTLE);
+    Answer(CValueBox::IDC_SECOND);
+    EXPECT_EQ(Commands(), std::vector<int>{CMD_RESUME});
+    EXPECT_EQ(engine.SentWith(MSG_REFRESH).size(), 1u);
+    EXPECT_FALSE(engine.SentWith(MSG_REFRESH)[0].post);
+    EXPECT_EQ(Find<CMainDlg>(), nullptr);
+
+    SendEvent({.code = EVENT_LEAVE_BATTLE});
+    Answer(CValueBox::IDC_FIRST);
+    ASSERT_EQ(scene.SentWith(MSG_LOGIC_STOP).size(), 1u);
+    EXPECT_EQ(scene.SentWith(MSG_LOGIC_STOP)[0].destination, logic);
+    ASSERT_EQ(engine.SentWith(MSG_LOGIC_STOPPED).size(), 1u);
+    const auto* words = reinterpret_cast<const std::int32_t*>(engine.SentWith(MSG_LOGIC_STOPPED)[0].words.at(0));
+    EXPECT_EQ(words[0], 90);
+    EXPECT_EQ(words[1], 0);
+    EXPECT_NE(Find<CMainDlg>(), nullptr);
+    EXPECT_TRUE(engine.SentWith(MSG_NO_LOGIC).empty());
+
+    // Without a scene the logic is told so instead.
+    engine.currentScene = nullptr;
+    FinishShade();
+    SendEvent({.code = EVENT_LEAVE_BATTLE});
+    Answer(CValueBox::IDC_FIRST);
+    ASSERT_EQ(engine.SentWith(MSG_NO_LOGIC).size(), 1u);
+    EXPECT_EQ(engine.SentWith(MSG_NO_LOGIC)[0].words, std::vector<Word>{-1});
+}
+
+TEST_F(FlowTest, MissionWithoutBriefingShowsTheLoadingScreen)
+{
+    Menu();
+    SendEvent({.code = EVENT_MISSION_BRIEF, .value2 = 0});
+    EXPECT_EQ(Commands(), std::vector<int>{CMD_MISSION_GO});
+    EXPECT_FALSE(CItfWnd::IsDrawing()) << "until the battle is there";
+    EXPECT_NE(engine.render.DisplayPixels()[300 * 800 + 400], 0) << "shown at once";
+}
+
+TEST_F(FlowTest, Videos)
+{
+    Menu();
+    engine.playList.calls.clear();
+    ItfEvent event;
+    event.code = EVENT_VIDEO;
+    std::strcpy(event.text, "video\\story.ani");
+    SendEvent(event);
+    EXPECT_EQ(engine.video.calls,
+              (std::vector<std::string>{"OpenVideo video\\story.ani 6", "SetVideoTarget 1 -1 0 0 800 600",
+                                        "PlayVideo 1 0", "StopVideo 1", "CloseVideo 1"}));
+    EXPECT_EQ(engine.playList.calls, (std::vector<std::string>{"Stop 0", "Play -1"}));
+    EXPECT_EQ(Commands(), std::vector<int>{CMD_STORY_DONE});
+    EXPECT_TRUE(host.cursorVisible);
+
+    // A missing clip, an unterminated name, a host without videos: the story goes on all the same.
+    engine.video.missing.insert("video\\story.ani");
+    SendEvent(event);
+    std::memset(event.text, 'x', sizeof event.text);
+    engine.hasVideo = false;
+    SendEvent(event);
+    EXPECT_EQ(Commands().size(), 3u);
+    EXPECT_EQ(engine.playList.calls.size(), 2u);
+}
+
+TEST_F(FlowTest, OptionsGoToTheSceneAndItsEntities)
+{
+    FakeEngine scene;
+    FakeGraphics graphics;
+    graphics.options.nOptionValue = 16;
+    std::map<int, std::string> names;
+    for (const char* name : {"graphics", "Game", "camera", "ship", "fire", "tree", "fire"})
+        names[scene.AddEntity(name, name, std::string(name) == "graphics" ? &graphics : nullptr)] = name;
+    names[scene.AddEntity("sea", "sky")] = "sky sea";
+    engine.currentScene = &scene;
+
+    CMainWnd wnd;
+    ASSERT_TRUE(wnd.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine));
+    EXPECT_EQ(wnd.GetOptions().nOptionValue, 16) << "read when the window is made";
+    wnd.GetOptions().nOptionValue = 4;
+    wnd.ApplyOptions();
+    EXPECT_EQ(graphics.options.nOptionValue, 4);
+    std::vector<std::string> told;
+    for (const Sent& sent : scene.SentWith(MSG_REFRESH))
+        told.push_back(names[sent.destination]);
+    EXPECT_EQ(told, (std::vector<std::string>{"camera", "graphics", "sky sea", "ship", "Game", "fire", "fire",
+                                              "sky sea"}));
+    ASSERT_EQ(engine.SentWith(MSG_REFRESH).size(), 1u);
+    EXPECT_TRUE(engine.SentWith(MSG_REFRESH)[0].post);
+
+    engine.currentScene = nullptr;
+    wnd.ReadOptions();
+    EXPECT_EQ(wnd.GetOptions().nOptionValue, 4) << "without a scene they stay";
+    wnd.ApplyOptions();
+    EXPECT_EQ(engine.SentWith(MSG_REFRESH).size(), 2u);
+    EXPECT_EQ(scene.SentWith(MSG_REFRESH).size(), told.size());
+}
+
+TEST_F(FlowTest, FullDisplay)
+{
+    engine.SetDisplaySize(1024, 768);
+    Start(EVENT_HELP);
+    SendEvent({.code = EVENT_FULL_DISPLAY});
+    RECT screen;
+    CItfWnd::GetVirtualScreen(&screen);
+    EXPECT_EQ(screen, (RECT{0, 0, 1024, 768}));
+}
+
+TEST_F(FlowTest, EditBoxAnswersAndStays)
+{
+    Menu();
+    RecordingWnd parent;
+    const RECT rect = {0, 0, 10, 10};
+    ASSERT_TRUE(parent.Create(nullptr, nullptr, &rect, nullptr, 0, 0, &engine));
+    auto box = std::make_unique<CEditBoxDlg>();
+    ASSERT_TRUE(box->Create("A name, please", &parent, 44, 0, &engine));
+    box->Show(true);
+    EXPECT_EQ(CItfWnd::GetModalId(), box->GetId());
+    EXPECT_EQ(TextOf(box.get(), CEditBoxDlg::IDC_PROMPT), "A name, please");
+    box->SetValue("old");
+    ClickControl(box->GetControl(CEditBoxDlg::IDC_VALUE));
+    Key(VK_END);
+    Type("er");
+    EXPECT_STREQ(box->GetValue(), "older");
+    for (const auto& [control, code] :
+         {std::pair<int, std::uint32_t>{CEditBoxDlg::IDC_OK, 10}, {CEditBoxDlg::IDC_CANCEL, 20}}) {
+        ClickControl(box->GetControl(control));
+        Frame();
+        ASSERT_FALSE(parent.got.empty());
+        EXPECT_EQ(parent.got.back().wParam, code);
+        EXPECT_EQ(parent.got.back().lParam, 44);
+    }
+    box.reset();
+    EXPECT_EQ(CItfWnd::GetModalId(), -1);
+}
+
+// The boxes need none of their controls; the main dialog needs its menu.
+TEST_F(FlowTest, MissingControls)
+{
+    WriteDialogs("MessageBoxDlg { DIALOG, \"\", 0, 0, 9, 9 } MessageBoxYesNoDlg { DIALOG, \"\", 0, 0, 9, 9 }"
+                 " EditBoxDlg { DIALOG, \"\", 0, 0, 9, 9 } MainDlg { DIALOG, \"\", 0, 0, 9, 9 }");
+    Start(99);
+    for (const std::uint32_t style : {0u, 0x8000000u, 0x10000000u, 0x20000000u}) {
+        SendEvent({.code = EVENT_MESSAGE});
+        CItfWnd::FindWindow(0)->MessageBox("a", nullptr, nullptr, 0, style)->Destroy();
+        Find<CValueBox>()->Destroy();
+    }
+    CEditBoxDlg edit;
+    ASSERT_TRUE(edit.Create(nullptr, nullptr, 0, 0, &engine));
+    EXPECT_EQ(edit.GetValue(), nullptr);
+    edit.SetValue("x");
+    edit.Destroy();
+    EXPECT_THROW(SendEvent({.code = EVENT_MAIN_MENU}), int);
+}
+
+TEST_F(FlowTest, ABoxWhoseSectionIsBrokenLeavesNothing)
+{
+    WriteDialogs("MessageBoxDlg { DIALOG, \"\", 0, 0, 9, 9, TEXTBOX, oops }");
+    Start(99);
+    EXPECT_THROW(SendEvent({.code = EVENT_MESSAGE}), int);
+    EXPECT_EQ(CountBoxes(), 0u);
+    EXPECT_EQ(CItfWnd::GetModalId(), -1);
+    EXPECT_EQ(TakeDebug().size(), 2u);
+}
+
+// The common way to open a dialog, with every rule that its row can give.
+class OpeningWnd : public CMainWnd
+{
+  public:
+    CItfDialog* Open(const OpeningRow& row, bool succeeds)
+    {
+        return CMainWnd::Open(m_pDialog, row, [&](CItfDialog& dialog) {
+            drawingAtCreate = IsDrawing();
+            return succeeds && dialog.CItfWnd::Create(row.windowName, nullptr, nullptr, this, row.id, IWS_SHADE,
+                                                      GetCore());
+        });
+    }
+    std::unique_ptr<CItfDialog> m_pDialog;
+    bool drawingAtCreate = false;
+};
+
+TEST_F(FlowTest, OpeningRules)
+{
+    UseShippedNames();
+    OpeningWnd wnd;
+    ASSERT_TRUE(wnd.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine));
+    wnd.Show(true);
+    CItfWnd::SetDrawing(true);
+
+    wnd.ShowMainDlg(true);
+    CItfWnd::SetDrawing(true);
+    const OpeningRow full = {900, "Full", OPEN_CLOSES_MAIN | OPEN_SWITCH_OFF | OPEN_SHADES | OPEN_REDRAWS_TOP,
+                             OpeningFailure::SwitchOnMainDialog};
+    EXPECT_EQ(wnd.Open(full, false), nullptr);
+    EXPECT_FALSE(wnd.drawingAtCreate);
+    EXPECT_EQ(wnd.m_pDialog, nullptr);
+    EXPECT_NE(wnd.GetMainDlg(), nullptr) << "back to the menu";
+    CItfWnd::SetDrawing(true);
+    CItfDialog* dialog = wnd.Open(full, true);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(wnd.GetMainDlg(), nullptr);
+    EXPECT_FALSE(CItfWnd::IsDrawing());
+    EXPECT_TRUE(dialog->IsVisible());
+    wnd.ShowMainDlg(true);
+    EXPECT_EQ(wnd.Open(full, true), dialog) << "never twice";
+    EXPECT_EQ(wnd.GetMainDlg(), nullptr) << "but the main dialog goes";
+    wnd.m_pDialog.reset();
+
+    CItfWnd::SetDrawing(true);
+    const OpeningRow plain = {901, "Plain", 0, OpeningFailure::Resume};
+    EXPECT_EQ(wnd.Open(plain, false), nullptr);
+    EXPECT_EQ(Commands(), std::vector<int>{CMD_RESUME});
+    EXPECT_TRUE(CItfWnd::IsDrawing());
+    EXPECT_NE(wnd.Open(plain, true), nullptr);
+    EXPECT_TRUE(wnd.drawingAtCreate && CItfWnd::IsDrawing());
+    wnd.m_pDialog.reset();
+}
+
+} // namespace

@@ -1,0 +1,536 @@
+// The bitmap font: its file, its measures, its lines and its pixels. Pixels are checked against a drawing
+// that looks at one pixel at a time and tints it in double precision.
+
+#include "controls/itffont.h"
+
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "controls/glyphtint.h"
+#include "keelworks/ds_file.h"
+#include "platform/files.h"
+#include "render/render2d.h"
+#include "support/fakes.h"
+#include "support/picture_compare.h"
+
+using seawarden_test::FakeHost;
+using seawarden_test::SamePicture;
+using seawarden_test::TakePicture;
+
+namespace
+{
+
+constexpr std::uint32_t WHITE = 0xffffff;
+constexpr std::uint32_t AMBER = 0x20a0f0;
+constexpr int HEIGHT = 10;
+constexpr int TEXTURE_WIDTH = 64;
+constexpr int TEXTURE_HEIGHT = 32;
+
+/// The game's 2-D layer with one texture in place of picture files.
+class FontRender : public CRender2D
+{
+  public:
+    int LoadSurface(const char* file) override
+    {
+        if (std::string(file) != "glyphs.png")
+            return -1;
+        const RECT rect{0, 0, TEXTURE_WIDTH, TEXTURE_HEIGHT};
+        texture = CreateSurface(&rect);
+        std::uint16_t* texels = CRender2D::LockSurface(texture);
+        std::mt19937 random(7);
+        for (int i = 0; i < TEXTURE_WIDTH * TEXTURE_HEIGHT; ++i)
+            texels[i] = random() % 3 == 0 ? std::uint16_t{0} : static_cast<std::uint16_t>(random());
+        // The first glyph, of which only a corner and a texel that tints to 0 are there.
+        for (int i = 0; i < 10; ++i)
+            std::fill_n(texels + i * TEXTURE_WIDTH, 8, std::uint16_t{0});
+        texels[3 * TEXTURE_WIDTH + 1] = 0x0001;
+        texels[9 * TEXTURE_WIDTH + 7] = 0xffff;
+        CRender2D::UnlockSurface(texture, 0);
+        return texture;
+    }
+    void FreeSurface(int surface) override
+    {
+        freed.push_back(surface);
+        CRender2D::FreeSurface(surface);
+    }
+    std::uint16_t* LockSurface(int surface) override
+    {
+        ++locks;
+        ++locked;
+        return CRender2D::LockSurface(surface);
+    }
+    void UnlockSurface(int surface, int flags) override
+    {
+        --locked;
+        CRender2D::UnlockSurface(surface, flags);
+    }
+
+    int texture = -1;
+    int locks = 0;
+    int locked = 0;
+    std::vector<int> freed;
+};
+
+struct TestGlyph {
+    RECT rc;
+    int overlap = 0;
+    int advance = 0;
+};
+
+// Letters of 8 pixels, of which `j` reaches 3 back and `W` is wider; a blank of 6. `#` lies partly, `@`
+// wholly outside of the texture, `!` is inside out.
+const std::map<char, TestGlyph> GLYPHS = {
+    {'a', {{0, 0, 8, 10}, 0, 8}},    {'b', {{8, 0, 16, 10}, 0, 8}},
+    {'c', {{16, 0, 23, 10}, 1, 8}},  {'d', {{24, 1, 27, 10}, 0, 8}},
+    {'j', {{30, 0, 38, 12}, 3, 8}},  {'W', {{3, 12, 33, 24}, 0, 30}},
+    {' ', {{60, 0, 61, 10}, 0, 6}},  {'"', {{40, 5, 45, 15}, 0, 6}},
+    {'#', {{-5, -4, 9, 40}, 0, 10}}, {'@', {{30000, 30000, 32000, 32000}, 0, 8}},
+    {'!', {{20, 20, 10, 10}, 0, 4}},
+};
+
+std::string FontFile()
+{
+    std::string lines;
+    for (const auto& [c, glyph] : GLYPHS) {
+        lines += lines.empty() ? "" : ",\r\n";
+        lines += std::string("\"") + c + "\"";
+        for (const int number :
+             {glyph.rc.left, glyph.rc.top, glyph.rc.right, glyph.rc.bottom, glyph.overlap, glyph.advance})
+            lines += ", " + std::to_string(number);
+    }
+    return "; a font\r\ntexture = \"glyphs.png\"\r\nsymbols\r\n{\r\n" + lines + "\r\n}\r\n";
+}
+
+class FontTest : public ::testing::Test
+{
+  protected:
+    bool Load(const std::string& content)
+    {
+        ds_file_buffered file;
+        file.open_memory("main.fnt", std::vector<char>(content.begin(), content.end()));
+        return font.LoadFrom(file, &render);
+    }
+
+    void SetUp() override
+    {
+        ASSERT_TRUE(Load(FontFile()));
+        glyphPixels = TakePicture(render, render.texture);
+    }
+
+    int MakeTarget()
+    {
+        const RECT rect{0, 0, 120, 60};
+        const int surface = render.CreateSurface(&rect);
+        render.FillSurface(surface, RGB(64, 128, 192));
+        return surface;
+    }
+
+    static int Naive(std::uint32_t level, std::uint32_t colour, int shift)
+    {
+        return static_cast<int>(level * ((colour >> shift) & 0xff) / 255.0);
+    }
+    static std::uint16_t NaiveTint(std::uint16_t texel, std::uint32_t colour)
+    {
+        return static_cast<std::uint16_t>((Naive(texel >> 11, colour, 0) << 11) |
+                                          (Naive((texel >> 5) & 63u, colour, 8) << 5) |
+                                          Naive(texel & 31u, colour, 16));
+    }
+
+    /// `text` with the pen starting at x, nothing right of `right`.
+    void NaiveLine(Picture& out, int x, int top, int right, const std::string& text,
+                   std::uint32_t colour) const
+    {
+        bool first = true;
+        for (const char c : text) {
+            const auto found = GLYPHS.find(c);
+            const TestGlyph glyph = found != GLYPHS.end() ? found->second : TestGlyph();
+            x -= first ? 0 : glyph.overlap;
+            first = false;
+            if (x > right)
+                return;
+            for (int v = std::max(0, glyph.rc.top); v < std::min(TEXTURE_HEIGHT, glyph.rc.bottom); ++v)
+                for (int u = std::max(0, glyph.rc.left); u < std::min(TEXTURE_WIDTH, glyph.rc.right); ++u)
+                    NaivePixel(out, x + u - glyph.rc.left, top + v - glyph.rc.top, right,
+                               glyphPixels.m_aPixels[static_cast<std::size_t>(v * TEXTURE_WIDTH + u)],
+                               colour);
+            if (x + glyph.rc.right - glyph.rc.left > right)
+                return;
+            x += glyph.advance;
+        }
+    }
+    static void NaivePixel(Picture& out, int x, int y, int right, std::uint16_t texel, std::uint32_t colour)
+    {
+        if (texel != 0 && x >= 0 && x < std::min(right, out.m_nWidth) && y >= 0 && y < out.m_nHeight)
+            out.m_aPixels[static_cast<std::size_t>(y * out.m_nWidth + x)] = NaiveTint(texel, colour);
+    }
+
+    struct Line {
+        int x;
+        int y;
+        std::string text;
+    };
+
+    FakeHost host;
+    FontRender render;
+    CItfFont font;
+    Picture glyphPixels;
+};
+
+TEST_F(FontTest, TintOfEveryLevelByEveryColour)
+{
+    constexpr int LEVELS = 64;
+    constexpr int PITCH = LEVELS + 8;
+    constexpr int ROWS = 2;
+    std::uint16_t texels[PITCH * ROWS] = {};
+    for (unsigned i = 0; i < PITCH * ROWS; ++i)
+        texels[i] = static_cast<std::uint16_t>(((i % 32) << 11) | (i % 64 << 5) | (31 - i % 32));
+    for (std::uint32_t c = 0; c < 256; ++c) {
+        const std::uint32_t colour = c | ((c * 7 & 0xff) << 8) | ((255 - c) << 16);
+        const CGlyphTint tint(colour);
+        std::uint16_t wide[PITCH * ROWS] = {};
+        tint.Copy(wide, PITCH, texels, PITCH, LEVELS, ROWS);
+        for (int i = 0; i < LEVELS; ++i) {
+            const std::uint16_t expected = NaiveTint(texels[i], colour);
+            ASSERT_EQ(wide[i], expected) << "colour " << colour << " texel " << texels[i];
+            ASSERT_EQ(tint.Tint(texels[i]), expected) << "colour " << colour << " texel " << texels[i];
+        }
+    }
+}
+
+TEST_F(FontTest, WideCopyEqualsPlainCopyAndStaysInItsBlock)
+{
+    constexpr int PITCH = 64;
+    constexpr int ROWS = 3;
+    std::mt19937 random(3);
+    std::vector<std::uint16_t> texels(PITCH * ROWS);
+    for (auto& texel : texels)
+        texel = random() % 2 == 0 ? std::uint16_t{0} : static_cast<std::uint16_t>(random());
+    for (const std::uint32_t colour : {WHITE, AMBER, 0x000000u}) {
+        const CGlyphTint tint(colour);
+        for (int width = 0; width <= PITCH - 2; ++width) {
+            std::vector<std::uint16_t> wide(PITCH * ROWS, 0x1234);
+            std::vector<std::uint16_t> plain = wide;
+            tint.Copy(wide.data() + 1, PITCH, texels.data() + 1, PITCH, width, ROWS);
+            tint.CopyPlain(plain.data() + 1, PITCH, texels.data() + 1, PITCH, width, ROWS);
+            ASSERT_EQ(wide, plain) << "width " << width;
+        }
+    }
+}
+
+TEST_F(FontTest, Measures)
+{
+    EXPECT_EQ(font.GetHeight(), HEIGHT);
+    EXPECT_EQ(font.GetWidth(""), 0);
+    EXPECT_EQ(font.GetWidth(nullptr), 0);
+    EXPECT_EQ(font.GetWidth("jj"), 8 + 8 - 3);
+    EXPECT_EQ(font.GetWidth("jj jj"), 4 * 8 + 6 - 3 * 3);
+    EXPECT_EQ(font.GetWidth("a\xff"
+                            "b"),
+              16); // no glyph, no width
+}
+
+TEST_F(FontTest, LinesOfABox)
+{
+    struct Begin {
+        std::ptrdiff_t offset; ///< in the text
+        const char* drawn;
+    };
+    struct Case {
+        const char* text;
+        int width;
+        std::vector<Begin> lines;
+    };
+    const Case cases[] = {
+        {"", 100, {}},
+        {"ab cd", 100, {{0, "ab cd"}}},
+        {"ab cd", 22, {{0, "ab "}, {3, "cd"}}},
+        // Trailing blanks count: "ab " is wider than 21, and what follows it counts as width 0.
+        {"ab cd", 21, {{0, "ab "}, {3, "cd"}}},
+        {"abaaba ab aa", 20, {{0, "abaaba "}, {7, "ab aa"}}},
+        {"abaaba\r\nab aa", 20, {{0, "abaaba"}, {8, "ab aa"}}},
+        {"a\r\n\r\nb", 100, {{0, "a"}, {3, ""}, {5, "b"}}},
+        {"\r\n", 100, {{0, ""}}},
+        {"a\r\n", 100, {{0, "a"}}},
+        {"a\r\n ", 100, {{0, "a"}, {3, " "}}},
+        {"a\nb\rc\r", 100, {{0, "a\nb\rc\r"}}},
+        {"a \t b", 20, {{0, "a \t "}, {4, "b"}}},
+        // Blanks in front of the line break leave it to an empty word of its own.
+        {"a \r\nb", 14, {{0, "a "}, {4, "b"}}},
+        {"a \r\nb", 13, {{0, "a "}, {2, ""}, {4, "b"}}},
+        // A word's first character counts without its overlap.
+        {"jj jj", 32, {{0, "jj jj"}}},
+        {"jj jj", 31, {{0, "jj "}, {3, "jj"}}},
+        {"  a", 12, {{0, "  "}, {2, "a"}}},
+        {"a b a", 0, {{0, "a "}, {2, "b "}, {4, "a"}}},
+        {"a b", -1, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << '"' << c.text << "\" in " << c.width);
+        const RECT rect{10, 0, 10 + c.width, 60};
+        const int count = static_cast<int>(c.lines.size());
+        EXPECT_EQ(font.CountLines(&rect, c.text), count);
+        for (int i = 1; i < count; ++i)
+            EXPECT_EQ(font.FindLine(&rect, c.text, 3, i - 3) - c.text,
+                      c.lines[static_cast<std::size_t>(i)].offset);
+        EXPECT_EQ(font.FindLine(&rect, c.text, 0, 0), c.text);
+        EXPECT_EQ(font.FindLine(&rect, c.text, -1, 0), nullptr);
+        EXPECT_EQ(font.FindLine(&rect, c.text, std::max(count, 1), 0), nullptr);
+        EXPECT_EQ(font.FindLine(&rect, c.text, INT_MAX, INT_MAX), nullptr);
+
+        const int surface = MakeTarget();
+        Picture expected = TakePicture(render, surface);
+        for (int i = 0; i < count; ++i)
+            NaiveLine(expected, rect.left, i * HEIGHT, rect.right, c.lines[static_cast<std::size_t>(i)].drawn,
+                      AMBER);
+        font.DrawBox(surface, &rect, c.text, FONT_MULTILINE, AMBER, nullptr);
+        EXPECT_TRUE(SamePicture("font_lines", TakePicture(render, surface), expected));
+        render.FreeSurface(surface);
+    }
+}
+
+TEST_F(FontTest, PlacesOfLinesInABox)
+{
+    struct Case {
+        RECT rect;
+        std::uint32_t flags;
+        const char* text;
+        std::vector<Line> lines;
+    };
+    const Case cases[] = {
+        {{5, 5, 60, 34}, FONT_MULTILINE, "a\r\nb\r\nc\r\nd", {{5, 5, "a"}, {5, 15, "b"}}},
+        {{5, 5, 60, 14}, FONT_MULTILINE, "a", {}},
+        {{5, 5, 60, 14}, 0, "a\r\nb", {{5, 5, "a"}}},
+        {{5, 5, 60, 5}, 0, "a", {{5, 5, "a"}}},
+        {{5, 0, 66, 30}, FONT_CENTER_HOR, "ab", {{5 + (61 - 16) / 2, 0, "ab"}}},
+        {{5, 0, 65, 30}, FONT_RIGHT, "ab", {{49, 0, "ab"}}},
+        {{5, 0, 65, 30}, FONT_RIGHT | FONT_CENTER_HOR, "ab", {{27, 0, "ab"}}},
+        {{5, 0, 17, 30}, FONT_CENTER_HOR, "aba", {{5, 0, "aba"}}},
+        {{5, 0, 17, 30}, FONT_RIGHT, "aba", {{5, 0, "aba"}}},
+        {{5, 2, 60, 33}, FONT_MULTILINE | FONT_CENTER_VERT, "a\r\nb", {{5, 7, "a"}, {5, 17, "b"}}},
+        {{5, 2, 60, 33}, FONT_MULTILINE | FONT_CENTER_VERT, "a\r\n\r\n\r\nb", {{5, 2, "a"}}},
+        // One line is drawn, but all are counted.
+        {{5, 2, 60, 42}, FONT_CENTER_VERT, "a\r\nb", {{5, 12, "a"}}},
+        {{5, 2, 60, 8}, FONT_CENTER_VERT, "a", {{5, 2, "a"}}},
+        {{60, 5, 5, 40}, FONT_MULTILINE, "a", {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << '"' << c.text << "\" flags " << c.flags << " at " << c.rect.left << ", " << c.rect.top
+                     << " to " << c.rect.right << ", " << c.rect.bottom);
+        const int surface = MakeTarget();
+        Picture expected = TakePicture(render, surface);
+        for (const Line& line : c.lines)
+            NaiveLine(expected, line.x, line.y, c.rect.right, line.text, WHITE);
+        font.DrawBox(surface, &c.rect, c.text, c.flags, WHITE, nullptr);
+        EXPECT_TRUE(SamePicture("font_places", TakePicture(render, surface), expected));
+        render.FreeSurface(surface);
+    }
+}
+
+TEST_F(FontTest, PixelsOfALineAndNothingOutsideTheSurfaceOrTheTexture)
+{
+    const char* const text = "ajW\"cd#b@!Wjj";
+    struct Case {
+        int left;
+        int top;
+        int right;
+    };
+    const Case cases[] = {
+        {0, 0, 120},       {3, 20, 1000},         {3, 20, 40},           {3, 20, 11},
+        {3, 20, 3},        {-60, 10, 120},        {-60, 10, -7},         {60, -7, 200},
+        {60, -50, 90},     {100, 55, 2000},       {3, 60, 90},           {0, INT_MAX, 120},
+        {0, INT_MIN, 120}, {INT_MIN, 0, INT_MAX}, {INT_MAX, 0, INT_MAX}, {50, 0, 20},
+    };
+    for (const std::uint32_t colour : {WHITE, AMBER, 0x010101u}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(testing::Message() << c.left << ", " << c.top << " to " << c.right);
+            const int surface = MakeTarget();
+            Picture expected = TakePicture(render, surface);
+            // At the ends of the number range nothing can be seen, and the naive sums would overflow.
+            if (std::abs(c.top / 2) < 10000 && std::abs(c.left / 2) < 10000)
+                NaiveLine(expected, c.left, c.top, c.right, text, colour);
+            font.DrawLine(surface, c.left, c.top, c.right, text, 0, colour);
+            ASSERT_TRUE(SamePicture("font_pixels", TakePicture(render, surface), expected));
+            render.FreeSurface(surface);
+        }
+    }
+}
+
+TEST_F(FontTest, LocksOncePerLineAndEvenlyWhenSomethingIsMissing)
+{
+    const int surface = MakeTarget();
+    render.locks = 0;
+    font.DrawLine(surface, 0, 0, 100, "", 0, WHITE);
+    EXPECT_EQ(render.locks, 2);
+    const RECT rect{0, 0, 100, 50};
+    render.locks = 0;
+    font.DrawBox(surface, &rect, "abc abc\r\nabc", FONT_MULTILINE, WHITE, nullptr);
+    EXPECT_EQ(render.locks, 4);
+    EXPECT_EQ(render.locked, 0);
+    font.DrawBox(9999, &rect, "abc", 0, WHITE, nullptr);
+    font.DrawBox(surface, nullptr, "abc", 0, WHITE, nullptr);
+    font.DrawBox(surface, &rect, nullptr, 0, WHITE, nullptr);
+    EXPECT_EQ(font.CountLines(nullptr, "a"), 0);
+    EXPECT_EQ(font.FindLine(&rect, nullptr, 0, 0), nullptr);
+}
+
+TEST_F(FontTest, MarksColourWholeLines)
+{
+    constexpr std::uint32_t ONE = 0x0000ff;
+    constexpr std::uint32_t TWO = 0x00ff00;
+    struct Case {
+        const char* text;
+        std::size_t drawnFrom;
+        std::vector<std::pair<std::size_t, std::uint32_t>> marks;
+        std::vector<std::pair<std::string, std::uint32_t>> lines;
+    };
+    const Case cases[] = {
+        {"a b c", 0, {{0, ONE}}, {{"a b c", ONE}}},
+        {"a b\r\nc d\r\n", 0, {{0, ONE}, {5, TWO}}, {{"a b", ONE}, {"c d", TWO}}},
+        // A line's last word doesn't change its colour when it ends in a line break.
+        {"a\r\nb", 0, {{0, ONE}, {3, TWO}}, {{"a", AMBER}, {"b", TWO}}},
+        {"a\r\nb\r\n", 0, {{0, ONE}, {3, TWO}}, {{"a", AMBER}, {"b", AMBER}}},
+        {"a b c", 0, {{2, ONE}, {4, TWO}}, {{"a b c", TWO}}},
+        {"a b", 0, {{3, ONE}}, {{"a b", AMBER}}},
+        // Marks in front of the part that is drawn have been passed with its first word.
+        {"a b\r\nc d", 5, {{0, ONE}, {2, TWO}}, {{"c d", TWO}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        std::vector<ColourMark> marks;
+        for (const auto& [offset, colour] : c.marks)
+            marks.push_back({c.text + offset, colour});
+        const RECT rect{0, 0, 100, 60};
+        const int surface = MakeTarget();
+        Picture expected = TakePicture(render, surface);
+        for (std::size_t i = 0; i < c.lines.size(); ++i)
+            NaiveLine(expected, 0, static_cast<int>(i) * HEIGHT, 100, c.lines[i].first, c.lines[i].second);
+        font.DrawBox(surface, &rect, c.text + c.drawnFrom, FONT_MULTILINE, AMBER, &marks);
+        EXPECT_TRUE(SamePicture("font_marks", TakePicture(render, surface), expected));
+        render.FreeSurface(surface);
+    }
+}
+
+TEST_F(FontTest, LongTexts)
+{
+    constexpr std::size_t WORDS = 350'000;
+    std::string words;
+    for (std::size_t i = 0; i < WORDS; ++i)
+        words += "ab ";
+    const RECT rect{0, 0, 44, 60};
+    EXPECT_EQ(font.CountLines(&rect, words.c_str()), static_cast<int>(WORDS / 2));
+    EXPECT_EQ(font.FindLine(&rect, words.c_str(), static_cast<int>(WORDS / 2) - 1, 0) - words.c_str(),
+              static_cast<std::ptrdiff_t>(words.size() - 6));
+    const int surface = MakeTarget();
+    render.locks = 0;
+    font.DrawBox(surface, &rect, words.c_str(), FONT_MULTILINE | FONT_CENTER_VERT, WHITE, nullptr);
+    EXPECT_EQ(render.locks, 2 * 6);
+    const std::string oneWord(1'000'000, 'W');
+    EXPECT_EQ(font.CountLines(&rect, oneWord.c_str()), 1);
+    font.DrawBox(surface, &rect, oneWord.c_str(), FONT_MULTILINE | FONT_CENTER_HOR, WHITE, nullptr);
+}
+
+TEST_F(FontTest, Files)
+{
+    constexpr char HEAD[] = "texture glyphs.png symbols {";
+    std::string many = HEAD;
+    for (int i = 0; i < 256; ++i)
+        many += "\"a\",0,0,5,5,0,5,";
+    struct Case {
+        std::string content;
+        bool loaded;
+        int height;
+        int widthOfA;
+        const char* debug; ///< part of the only debug line, null when there is none
+    };
+    const Case cases[] = {
+        {std::string(HEAD) + "\"a\",0,0,5,5,1,7 }", true, 25, 7, nullptr},
+        {std::string(HEAD) + "\"a\",0,0,5,5,-1,7,\" \",0,0,5,12,0,5}", true, 12, 5, nullptr},
+        {std::string(HEAD) + "\"a\",0,0,5,5,2,-7}", true, 25, 5, nullptr},
+        {std::string(HEAD) + "\"a\",0,0,5,5,0,7, \"a\",0,0,5,5,0,9}", true, 25, 9, nullptr},
+        {std::string(HEAD) + "\" \",0,9,5,5,0,7}", true, 25, 0, nullptr},
+        {std::string(HEAD) + "}", true, 0, 0, nullptr},
+        {many + "\"a\",0,0,5,5,0,99} ", true, 25, 5, nullptr},
+        {many + " this isn't read", true, 25, 5, nullptr},
+        {"", false, 0, 0, "main.fnt(1)"},
+        {"texture", false, 0, 0, "main.fnt(1)"},
+        {"texture " + std::string(300, 'x') + " symbols { }", false, 0, 0, "main.fnt(1)"},
+        {"texture glyphs.png\r\n{", false, 0, 0, "symbols"},
+        {"texture glyphs.png\r\nsymbols\r\n", false, 0, 0, "main.fnt(3)"},
+        {"texture\r\nmissing.png\r\nsymbols {\r\n}", false, 0, 0, "main.fnt(2): the texture \"missing.png\""},
+        {std::string(HEAD) + "\r\n a,0,0,5,5,0,5}", false, 0, 0, "main.fnt(2)"},
+        {std::string(HEAD) + "\r\n\"", false, 0, 0, "main.fnt(2)"},
+        {std::string(HEAD) + "\r\n\"a", false, 0, 0, "main.fnt(2)"},
+        {std::string(HEAD) + "\r\n\"a\" 0,0,5,5,0,5}", false, 0, 0, "main.fnt(2)"},
+        {std::string(HEAD) + "\r\n\"a\",0,0,5,x,0,5}", false, 0, 0, "main.fnt(2)"},
+        {std::string(HEAD) + "\r\n\"a\",0,0,5,5,0}", false, 0, 0, "main.fnt(2)"},
+        {std::string(HEAD) + "\r\n\"a\",0,0,5,5,0,5", false, 0, 0, "main.fnt(2)"},
+        {std::string(HEAD) + "\r\n\"a\",0,0,5,5,0,5,", false, 0, 0, "main.fnt(2)"},
+        {std::string(HEAD) + "\r\n\"a\",0,0,5,5,0,99999}", false, 0, 0, "main.fnt(2): a number"},
+    };
+    const int surface = MakeTarget();
+    const RECT rect{0, 0, 20, 60};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.content.substr(0, 80));
+        host.debug.clear();
+        EXPECT_EQ(Load(c.content), c.loaded);
+        EXPECT_EQ(font.GetHeight(), c.height);
+        EXPECT_EQ(font.GetWidth("a"), c.widthOfA);
+        EXPECT_EQ(host.debug.size(), c.debug != nullptr ? 1u : 0u);
+        for (const std::string& line : host.debug) {
+            EXPECT_NE(line.find(c.debug), std::string::npos) << line;
+            EXPECT_TRUE(line.ends_with("\r\n"));
+        }
+        font.DrawBox(surface, &rect, "a a\r\na", FONT_MULTILINE | FONT_CENTER_VERT, WHITE, nullptr);
+        EXPECT_GE(font.CountLines(&rect, "a a\r\na"), 2);
+    }
+}
+
+TEST_F(FontTest, TextureIsGivenBackOnce)
+{
+    for (const bool abandoned : {false, true}) {
+        render.freed.clear();
+        {
+            CItfFont other;
+            EXPECT_FALSE(other.Load("main.fnt", nullptr));
+            ds_file_buffered file;
+            const std::string content = FontFile();
+            file.open_memory("main.fnt", std::vector<char>(content.begin(), content.end()));
+            ASSERT_TRUE(other.LoadFrom(file, &render));
+            if (abandoned)
+                other.Abandon();
+            other.DrawLine(MakeTarget(), 0, 0, 100, "abc", 0, WHITE);
+        }
+        EXPECT_EQ(render.freed, abandoned ? std::vector<int>{} : std::vector<int>{render.texture});
+    }
+}
+
+TEST_F(FontTest, FileOfTheResourceFolder)
+{
+    std::string folder = (std::filesystem::temp_directory_path() / "font_test.XXXXXX").string();
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const std::string oldUser = PlatformUserRoot();
+    const std::string oldGame = PlatformGameRoot();
+    PlatformSetRoots(folder, "");
+    std::filesystem::create_directories(folder + "/resource/txt_res");
+    std::ofstream(folder + "/resource/txt_res/main.fnt", std::ios::binary) << FontFile();
+    EXPECT_TRUE(font.Load("main.fnt", &render));
+    EXPECT_EQ(font.GetHeight(), HEIGHT);
+    EXPECT_TRUE(host.debug.empty());
+    EXPECT_FALSE(font.Load("none.fnt", &render));
+    EXPECT_EQ(font.GetHeight(), 0);
+    ASSERT_EQ(host.debug.size(), 1u);
+    EXPECT_NE(host.debug[0].find("none.fnt"), std::string::npos);
+    PlatformSetRoots(oldUser, oldGame);
+    std::filesystem::remove_all(folder);
+}
+
+} // namespace

@@ -1,0 +1,190 @@
+#include <memory>
+
+#include "control_harness.h"
+#include "controls/itfmenu.h"
+
+using namespace control_test;
+
+namespace
+{
+
+constexpr int LEFT = 50;
+constexpr int TOP = 100;
+constexpr int ITEM_W = 80;
+constexpr int ITEM_H = 20;
+constexpr int ID = 10;
+
+class MenuTest : public ControlTest
+{
+  protected:
+    std::unique_ptr<CItfMenu> menu;
+
+    void SetUp() override
+    {
+        ControlTest::SetUp();
+        AddColouredFont("itfMenuFont", WHITE);
+        AddColouredFont("itfMenuFontA", YELLOW);
+        AddColouredFont("itfMenuFontDis", RED);
+        AddSprite("back", 200, 200, BLUE);
+        menu = std::make_unique<CItfMenu>();
+        const RECT rect = {LEFT, TOP, LEFT + 200, TOP + 200};
+        ASSERT_TRUE(menu->Create("Menu", "back", &rect, &parent, ID, 0, &engine));
+        menu->AddItem("XX", 1, "", Slot(0), "");
+        menu->AddItem("XX", 2, "DISABLED", Slot(1), "");
+        menu->AddItem("XX", 3, nullptr, Slot(2), nullptr);
+        menu->Show(true);
+        menu->Invalidate(nullptr);
+    }
+    void TearDown() override
+    {
+        menu.reset();
+        ControlTest::TearDown();
+    }
+
+    static RECT Slot(int index) { return {10, ITEM_H * index, 10 + ITEM_W, ITEM_H * (index + 1)}; }
+    void Send(std::uint32_t msg, int slot) { menu->Dispatch(msg, 0, At(*menu, 10, ITEM_H * slot)); }
+    /// Of the text of each item: normal white, lit yellow, disabled red.
+    std::vector<std::uint16_t> Colours()
+    {
+        std::vector<std::uint16_t> colours;
+        for (int i = 0; i < 3; ++i)
+            colours.push_back(Pixel(LEFT + 10 + ITEM_W / 2, TOP + ITEM_H * i + ITEM_H / 2));
+        return colours;
+    }
+};
+
+TEST_F(MenuTest, PointerAndPresses)
+{
+    constexpr std::uint32_t MOVE = WM_MOUSEMOVE;
+    constexpr std::uint32_t PRESS = WM_LBUTTONDOWN;
+    using Colour = std::vector<std::uint16_t>;
+    const struct {
+        std::uint32_t msg;
+        int slot; // 3 lies below the last item
+        int hot;
+        Colour shown;
+        int command; // 0 for none
+    } steps[] = {
+        {MOVE, 0, 0, Colour{YELLOW, RED, WHITE}, 0},   {MOVE, 2, 2, Colour{WHITE, RED, YELLOW}, 0},
+        {MOVE, 3, -1, Colour{WHITE, RED, YELLOW}, 0}, // beside the items the last one stays lit
+        {PRESS, 3, -1, Colour{WHITE, RED, YELLOW}, 0}, {PRESS, 0, -1, Colour{YELLOW, RED, WHITE}, 1},
+        {MOVE, 1, 1, Colour{WHITE, RED, WHITE}, 0},    {PRESS, 1, 1, Colour{WHITE, RED, WHITE}, 0},
+        {PRESS, 2, 1, Colour{WHITE, RED, YELLOW}, 3},
+    };
+    for (std::size_t i = 0; i < std::size(steps); ++i) {
+        SCOPED_TRACE(i);
+        engine.sound.played.clear();
+        Send(steps[i].msg, steps[i].slot);
+        EXPECT_EQ(menu->GetHotItem(), steps[i].hot);
+        EXPECT_EQ(Colours(), steps[i].shown);
+        const bool pressed = steps[i].command != 0;
+        EXPECT_EQ(engine.sound.played, std::vector<std::string>(pressed ? 1 : 0, "itfMenuClick"));
+        EXPECT_TRUE(TakeGot(ITFM_COMMAND).empty()) << "the report has to wait for the next frame";
+        CItfWnd::DeliverPosted();
+        std::vector<Words> expected;
+        if (pressed)
+            expected.emplace_back(10, steps[i].command);
+        EXPECT_EQ(TakeGot(ITFM_COMMAND), expected);
+    }
+}
+
+TEST_F(MenuTest, OnlyTheNewItemsBackgroundIsRepainted)
+{
+    Send(WM_MOUSEMOVE, 0);
+    ClearScreen(GREEN);
+    Send(WM_MOUSEMOVE, 0);
+    EXPECT_EQ(Colours(), (std::vector<std::uint16_t>{GREEN, GREEN, GREEN})) << "it was hot already";
+    Send(WM_MOUSEMOVE, 2);
+    EXPECT_EQ(Extent(BLUE), (RECT{LEFT + 10, TOP + 2 * ITEM_H, LEFT + 10 + ITEM_W, TOP + 3 * ITEM_H}));
+    EXPECT_EQ(Colours(), (std::vector<std::uint16_t>{WHITE, RED, YELLOW}));
+}
+
+TEST_F(MenuTest, TickDrawsTheLitItemOnceMore)
+{
+    const struct {
+        int slot;
+        std::vector<std::uint16_t> drawn;
+    } cases[] = {{2, {GREEN, GREEN, YELLOW}}, {1, {GREEN, GREEN, GREEN}}};
+    for (const auto& test : cases) {
+        Send(WM_MOUSEMOVE, test.slot);
+        ClearScreen(GREEN);
+        menu->OnTick(20);
+        EXPECT_EQ(Colours(), test.drawn) << test.slot;
+    }
+}
+
+TEST_F(MenuTest, EarlierOfTwoOverlappingItemsIsHit)
+{
+    menu->AddItem("over", 4, "", {10, 0, 300, 300}, "");
+    Send(WM_MOUSEMOVE, 1);
+    EXPECT_EQ(menu->GetHotItem(), 1);
+    Send(WM_MOUSEMOVE, 5);
+    EXPECT_EQ(menu->GetHotItem(), 3);
+}
+
+TEST_F(MenuTest, ItemTakesFlagsNameAndExtra)
+{
+    const struct {
+        const char* style;
+        std::uint32_t flags;
+    } styles[] = {{"", 0}, {"POPUP", 0x4}, {"DISABLED|POPUP", 0x24}, {"xDISABLEDx", 0x20}, {"disabled", 0}};
+    for (const auto& test : styles)
+        EXPECT_EQ(ItfMenuItem::ParseFlags(test.style), test.flags) << test.style;
+
+    menu->AddItem("1234567890123456789012345678901", 5, "", Slot(3), "extra");
+    menu->AddItem("12345678901234567890123456789012", 6, "", Slot(4), "");
+    EXPECT_STREQ(menu->GetRoot().GetItem(3)->m_szName, "1234567890123456789012345678901");
+    EXPECT_STREQ(menu->GetRoot().GetItem(4)->m_szName, "1234567890123456789012345678901");
+    EXPECT_EQ(menu->GetRoot().GetItem(3)->m_Extra, "extra");
+}
+
+TEST_F(MenuTest, ItemsAreFoundDepthFirstAndTheirStateBitsSet)
+{
+    ItfMenuItem inner;
+    inner.m_nId = 3; // as an item further down the root
+    inner.SetName("inner");
+    ItfMenuItem& root = menu->GetRoot();
+    root.GetItem(0)->AddItem(inner);
+    EXPECT_TRUE(root.m_bHasItems && root.GetItem(0)->m_bHasItems);
+    EXPECT_FALSE(root.GetItem(1)->m_bHasItems);
+    EXPECT_STREQ(root.FindItem(3)->m_szName, "inner");
+    EXPECT_EQ(root.FindItem(99), nullptr);
+    EXPECT_EQ(root.FindItem(-1), &root);
+    EXPECT_EQ(root.GetItem(-1), nullptr);
+    EXPECT_EQ(root.GetItem(3), nullptr);
+
+    const auto states = [&] {
+        std::vector<std::uint32_t> all;
+        for (const ItfMenuItem& item : root.m_Items)
+            all.push_back(item.m_nState);
+        return all;
+    };
+    using States = std::vector<std::uint32_t>;
+    root.SetItemState(-1, 3);
+    EXPECT_EQ(states(), (States{3, 3, 3}));
+    root.SetItemState(1, 4); // another bit, or an index out of range, leaves the highlights alone
+    root.SetItemState(3, MENUITEM_HIGHLIGHTED);
+    EXPECT_EQ(states(), (States{3, 7, 3}));
+    root.SetItemState(2, MENUITEM_HIGHLIGHTED);
+    EXPECT_EQ(states(), (States{2, 6, 3}));
+    root.ClearItemState(1, 2);
+    EXPECT_EQ(states(), (States{2, 4, 3}));
+    root.ClearItemState(-1, 3);
+    EXPECT_EQ(states(), (States{0, 4, 0}));
+}
+
+TEST_F(MenuTest, WorksWithoutFontsAndWithoutAParent)
+{
+    Toolkit().fontMap.clear();
+    CItfMenu bare;
+    ASSERT_TRUE(bare.Create("Menu", nullptr, nullptr, nullptr, ID, 0, &engine));
+    bare.AddItem("XX", 1, "", Slot(0), "");
+    bare.Show(true);
+    bare.Dispatch(WM_LBUTTONDOWN, 0, At(bare, 10, 0));
+    bare.OnTick(20);
+    EXPECT_TRUE(Toolkit().posted.empty());
+    bare.Destroy();
+    EXPECT_TRUE(bare.GetRoot().m_Items.empty()) << "a resource that is read again would give them twice";
+}
+
+} // namespace

@@ -1,0 +1,107 @@
+#include "keelworks/ds_file.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "../platform/temp_roots.h"
+
+namespace
+{
+
+class DsFile : public testing::Test
+{
+  protected:
+    TempRoots roots;
+};
+
+TEST_F(DsFile, WritesToThePlayersFolderAndReadsBack)
+{
+    ds_file file("SaveData\\one.sav", ds_file::MODE_WRITE);
+    EXPECT_EQ(file.write("hello", 5), 5u);
+    EXPECT_EQ(file.get_size(), 5u);
+    EXPECT_TRUE(file.set_pos(1));
+    EXPECT_EQ(file.write("E", 1), 1u);
+    EXPECT_TRUE(file.set_time(1'000'000'000));
+    char buffer[8] = {};
+    EXPECT_EQ(file.read(buffer, 8), 0u) << "opened for writing";
+    EXPECT_TRUE(file.close());
+    EXPECT_STREQ(file.get_name(), "");
+    EXPECT_EQ(roots.Get("user/SaveData/one.sav"), "hEllo");
+
+    file.open("savedata/ONE.SAV", ds_file::MODE_READ);
+    EXPECT_STREQ(file.get_name(), "savedata/ONE.SAV");
+    EXPECT_EQ(file.get_time(), 1'000'000'000);
+    EXPECT_FALSE(file.set_time(1)) << "opened for reading";
+    EXPECT_EQ(file.write("x", 1), 0u);
+    EXPECT_EQ(file.read(buffer, 2), 2u);
+    EXPECT_EQ(file.get_cur_pos(), 2u);
+    EXPECT_FALSE(file.set_pos(6));
+    EXPECT_EQ(file.get_cur_pos(), 2u);
+    EXPECT_TRUE(file.set_pos(5));
+    EXPECT_EQ(file.read(buffer, 2), 0u);
+    ds_file::sys_time time;
+    EXPECT_TRUE(file.get_sys_time(time));
+    EXPECT_EQ(time.wYear, 2001);
+}
+
+TEST_F(DsFile, WhatCantBeOpenedThrowsAndLeavesTheFileClosed)
+{
+    roots.Put("game/a.txt", "abc");
+    roots.Put("game/folder/b.txt");
+    ds_file plain("a.txt", ds_file::MODE_READ);
+    ds_file_buffered buffered("a.txt", false);
+    for (const char* path :
+         {"missing.txt", "folder", "..\\game\\a.txt", "C:\\a.txt", static_cast<const char*>(nullptr)}) {
+        EXPECT_THROW(plain.open(path, ds_file::MODE_READ), fopen_exception);
+        EXPECT_THROW(buffered.open(path, false), fopen_exception);
+        EXPECT_FALSE(plain.is_open());
+        EXPECT_FALSE(buffered.is_open());
+        EXPECT_EQ(buffered.get_size(), 0u);
+    }
+    EXPECT_THROW(plain.open("a.txt", 0x41u), fopen_exception) << "no such mode";
+    EXPECT_THROW(plain.open("..\\b.txt", ds_file::MODE_WRITE), fopen_exception);
+    EXPECT_THROW(static_cast<ds_file&>(buffered).open("a.txt", ds_file::MODE_WRITE), fopen_exception);
+    try {
+        plain.open("missing.txt", ds_file::MODE_READ);
+    } catch (const fopen_exception& e) {
+        EXPECT_NE(std::string(e.what()).find("missing.txt"), std::string::npos);
+    }
+}
+
+TEST_F(DsFile, AFullDiskIsToldByClose)
+{
+    for (const std::size_t size : {std::size_t{1}, std::size_t{1} << 20}) {
+        ds_file file("/dev/full", ds_file::MODE_WRITE);
+        file.write(std::string(size, 'x').data(), size);
+        EXPECT_FALSE(file.close()) << size;
+        EXPECT_TRUE(file.close()) << "nothing open any more";
+    }
+}
+
+TEST_F(DsFile, ABufferedFileIsReadWholeAndBounded)
+{
+    const std::string content(200'000, 'q');
+    roots.Put("game/big.txt", content);
+    ds_file_buffered file("big.txt", false);
+    EXPECT_EQ(std::string(file.data(), file.get_size()), content);
+    EXPECT_NE(file.get_time(), 0);
+    std::string all(content.size() + 5, ' ');
+    EXPECT_EQ(file.read(all.data(), 7), 7u);
+    EXPECT_EQ(file.read(all.data(), all.size()), content.size() - 7);
+    EXPECT_TRUE(file.set_pos(content.size()));
+    EXPECT_FALSE(file.set_pos(content.size() + 1));
+    EXPECT_EQ(file.write("x", 1), 0u);
+    EXPECT_TRUE(file.close());
+    EXPECT_EQ(file.read(all.data(), 1), 0u);
+    EXPECT_EQ(file.get_time(), 0);
+
+    std::filesystem::resize_file(roots.folder / "game/big.txt", ds_file_buffered::MAX_SIZE + 1);
+    EXPECT_THROW(file.open("big.txt", false), fopen_exception);
+    std::filesystem::resize_file(roots.folder / "game/big.txt", 0);
+    file.open("big.txt", false);
+    EXPECT_TRUE(file.is_open());
+    EXPECT_EQ(file.get_size(), 0u);
+}
+
+} // namespace

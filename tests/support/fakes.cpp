@@ -1,0 +1,462 @@
+#include "support/fakes.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <strings.h>
+
+namespace seawarden_test
+{
+
+namespace
+{
+
+// Ids of the fake's subsystems, apart from every scene id.
+constexpr int SUBSYSTEM_ID_BASE = 1000;
+constexpr std::size_t TEXT_VALUE_SIZE = 260;
+
+bool SameName(const std::string& a, const std::string& b)
+{
+    return strcasecmp(a.c_str(), b.c_str()) == 0;
+}
+
+std::string Call(const char* name, std::initializer_list<int> values)
+{
+    std::string line = name;
+    for (const int value : values)
+        line += " " + std::to_string(value);
+    return line;
+}
+
+void FillHostWords(Entity& entity, int id)
+{
+    std::memset(entity.m_HostWords, 0, sizeof(entity.m_HostWords));
+    entity.m_HostWords[Entity::HOSTWORD_ID] = id;
+}
+
+} // namespace
+
+const char* FakeTextTable::GetText(int number)
+{
+    return texts.try_emplace(number, "text " + std::to_string(number)).first->second.c_str();
+}
+
+void FakePlayList::Play(int track)
+{
+    calls.push_back(Call("Play", {track}));
+    current = track < 0 ? 0 : track;
+}
+
+void FakePlayList::Stop(int fade)
+{
+    calls.push_back(Call("Stop", {fade}));
+    current = -1;
+}
+
+void FakePlayList::Skip()
+{
+    calls.push_back("Skip");
+}
+void FakePlayList::Select(int list, int on)
+{
+    calls.push_back(Call("Select", {list, on}));
+}
+
+bool FakeProfile::SelectSection(const char* name, int create)
+{
+    if (create == 0 && sections.count(name) == 0)
+        return false;
+    sections[name];
+    section = name;
+    return true;
+}
+
+bool FakeProfile::Write(const char* key, const char* format, const void* value)
+{
+    if (!writable)
+        return false;
+    std::string& kept = sections[section][key];
+    switch (*format) {
+    case 'l':
+        kept = std::to_string(*static_cast<const std::int32_t*>(value));
+        return true;
+    case 'x': {
+        char text[16];
+        std::snprintf(text, sizeof(text), "0x%x", *static_cast<const std::uint32_t*>(value));
+        kept = text;
+        return true;
+    }
+    default:
+        kept = static_cast<const char*>(value);
+        return true;
+    }
+}
+
+bool FakeProfile::Read(const char* key, const char* format, void* out)
+{
+    const auto& keys = sections[section];
+    const auto found = keys.find(key);
+    if (found == keys.end())
+        return false;
+    const std::string& kept = found->second;
+    switch (*format) {
+    case 'l':
+        *static_cast<std::int32_t*>(out) = static_cast<std::int32_t>(std::strtol(kept.c_str(), nullptr, 10));
+        break;
+    case 'x':
+        *static_cast<std::uint32_t*>(out) =
+            static_cast<std::uint32_t>(std::strtoul(kept.c_str(), nullptr, 16));
+        break;
+    default:
+        std::snprintf(static_cast<char*>(out), TEXT_VALUE_SIZE, "%s", kept.c_str());
+        break;
+    }
+    return true;
+}
+
+void FakeSound::Play(const char* name, int, int)
+{
+    played.push_back(name);
+}
+
+int FakeVideo::Open(const char* call, const char* file, const std::string& rest)
+{
+    calls.push_back(std::string(call) + " " + file + rest);
+    if (missing.count(file) != 0)
+        return -1;
+    open.insert(m_nNext);
+    return m_nNext++;
+}
+
+int FakeVideo::OpenVideo(const char* file, int flags)
+{
+    return Open("OpenVideo", file, " " + std::to_string(flags));
+}
+
+void FakeVideo::SetVideoTarget(int video, int surface, const RECT* rect)
+{
+    calls.push_back(
+        Call("SetVideoTarget", {video, surface, rect->left, rect->top, rect->right, rect->bottom}));
+}
+
+void FakeVideo::PlayVideo(int video, int background)
+{
+    calls.push_back(Call("PlayVideo", {video, background}));
+    if (background != 0)
+        running.insert(video);
+}
+
+bool FakeVideo::IsVideoRunning(int video)
+{
+    return running.count(video) != 0;
+}
+
+void FakeVideo::StopVideo(int video)
+{
+    calls.push_back(Call("StopVideo", {video}));
+    running.erase(video);
+}
+
+void FakeVideo::RewindVideo(int video, int position)
+{
+    calls.push_back(Call("RewindVideo", {video, position}));
+}
+
+void FakeVideo::CloseVideo(int video)
+{
+    calls.push_back(Call("CloseVideo", {video}));
+    open.erase(video);
+    running.erase(video);
+}
+
+int FakeVideo::OpenAnimation(const char* clip)
+{
+    return Open("OpenAnimation", clip, "");
+}
+
+void FakeVideo::SetAnimationTarget(int animation, int surface, const RECT* rect)
+{
+    calls.push_back(
+        Call("SetAnimationTarget", {animation, surface, rect->left, rect->top, rect->right, rect->bottom}));
+}
+
+void FakeVideo::StartAnimation(int animation)
+{
+    calls.push_back(Call("StartAnimation", {animation}));
+}
+
+void FakeVideo::TickAnimation(int animation, int elapsed)
+{
+    calls.push_back(Call("TickAnimation", {animation, elapsed}));
+}
+
+void FakeVideo::CloseAnimation(int animation)
+{
+    calls.push_back(Call("CloseAnimation", {animation}));
+    open.erase(animation);
+}
+
+FakeEntity::FakeEntity()
+{
+    FillHostWords(*this, 0);
+}
+FakeMarker::FakeMarker()
+{
+    FillHostWords(*this, 0);
+}
+FakeGraphics::FakeGraphics()
+{
+    FillHostWords(*this, 0);
+}
+
+Word FakeEntity::OnMessage(const MessageRecord* record)
+{
+    messages.push_back(record->message);
+    return answer;
+}
+
+FakeEngine::FakeEngine()
+{
+    SetDisplaySize(800, 600);
+}
+FakeEngine::~FakeEngine() = default;
+
+void FakeEngine::SetDisplaySize(int width, int height)
+{
+    render.SetDisplaySize(width, height);
+    displayInfo.nWidth = width;
+    displayInfo.nHeight = height;
+    viewport.rc = {0, 0, width, height};
+}
+
+int FakeEngine::GetSubsystemId(int number)
+{
+    return SUBSYSTEM_ID_BASE + number;
+}
+
+void* FakeEngine::GetSubsystem(int id, int kind)
+{
+    if (kind != 0)
+        return nullptr;
+    switch (id) {
+    case 0:
+        return currentScene;
+    case -1:
+        return root;
+    case SUBSYSTEM_ID_BASE + SUBSYSTEM_RENDER2D:
+        return hasRender ? static_cast<IRender2D*>(&render) : nullptr;
+    case SUBSYSTEM_ID_BASE + SUBSYSTEM_SOUND:
+        return hasSound ? static_cast<ISound*>(&sound) : nullptr;
+    case SUBSYSTEM_ID_BASE + SUBSYSTEM_VIDEO:
+        return hasVideo ? static_cast<IVideo*>(&video) : nullptr;
+    default:
+        return nullptr;
+    }
+}
+
+IEngine* FakeEngine::GetScene(int id)
+{
+    return id == -1 ? root : nullptr;
+}
+
+int FakeEngine::CreateScene(int flags)
+{
+    calls.push_back(Call("CreateScene", {flags}));
+    return m_nNextScene++;
+}
+
+void FakeEngine::DestroyScene(int id)
+{
+    calls.push_back(Call("DestroyScene", {id}));
+}
+
+void FakeEngine::SetSceneActive(int id, int a, int b, int c)
+{
+    calls.push_back(Call("SetSceneActive", {id, a, b, c}));
+}
+
+int FakeEngine::CreateEntity(const char* name, int kind, int flags)
+{
+    calls.push_back(std::string("CreateEntity ") + Call(name, {kind, flags}));
+    return refused.count(name) != 0 ? -1 : AddEntity(name, name);
+}
+
+int FakeEngine::CreateEntityFromModule(const char* name, const char* module, int a, int b, int c, int d)
+{
+    calls.push_back(std::string("CreateEntityFromModule ") + name + " " + Call(module, {a, b, c, d}));
+    return refused.count(name) != 0 ? -1 : AddEntity(name, name);
+}
+
+int FakeEngine::AddEntity(const char* name, const char* className, Entity* entity)
+{
+    const int id = m_nNextId++;
+    m_Entities[id] = {name, className, entity};
+    if (entity != nullptr)
+        entity->m_HostWords[Entity::HOSTWORD_ID] = id;
+    return id;
+}
+
+void FakeEngine::DestroyEntity(int id)
+{
+    calls.push_back(Call("DestroyEntity", {id}));
+    destroyed.push_back(id);
+    m_Entities.erase(id);
+}
+
+Entity* FakeEngine::GetEntity(int id)
+{
+    const auto found = m_Entities.find(id);
+    return found == m_Entities.end() ? nullptr : found->second.entity;
+}
+
+int FakeEngine::SearchFrom(int id)
+{
+    for (auto it = m_Entities.lower_bound(id); it != m_Entities.end(); ++it) {
+        if (SameName(it->second.name, m_strSearchName) &&
+            (!m_SearchClass || SameName(it->second.className, *m_SearchClass))) {
+            m_nLastFound = it->first;
+            return it->first;
+        }
+    }
+    return -1;
+}
+
+int FakeEngine::FindEntity(const char* name, const char* className)
+{
+    m_strSearchName = name;
+    m_SearchClass.reset();
+    if (className != nullptr)
+        m_SearchClass = className;
+    return SearchFrom(0);
+}
+
+int FakeEngine::FindNextEntity()
+{
+    return SearchFrom(m_nLastFound + 1);
+}
+
+void FakeEngine::GetScreenSize(SIZE* out)
+{
+    *out = {displayInfo.nWidth, displayInfo.nHeight};
+}
+
+void FakeEngine::SetDisplayInfo(DisplayInfo* record, int flags)
+{
+    calls.push_back(Call("SetDisplayInfo", {record->nChange, flags}));
+}
+
+void FakeEngine::RegisterInput(int kind, int entity, int flags)
+{
+    calls.push_back(Call("RegisterInput", {kind, entity, flags}));
+    inputEntities.push_back(entity);
+}
+
+void FakeEngine::SetTimerRate(int rate)
+{
+    calls.push_back(Call("SetTimerRate", {rate}));
+}
+void FakeEngine::SetInputMode(int mode)
+{
+    calls.push_back(Call("SetInputMode", {mode}));
+}
+
+int FakeEngine::AddViewport(const ViewportRecord* descriptor)
+{
+    viewport = *descriptor;
+    hasViewport = true;
+    return 0;
+}
+
+void FakeEngine::SetCamera(int id, const float*, const float*)
+{
+    calls.push_back(Call("SetCamera", {id}));
+}
+
+ViewportRecord* FakeEngine::GetViewport(int id)
+{
+    return id == 0 && hasViewport ? &viewport : nullptr;
+}
+
+std::vector<Sent> FakeEngine::SentWith(int number) const
+{
+    std::vector<Sent> found;
+    for (const Sent& sent : messages) {
+        if (sent.number == number)
+            found.push_back(sent);
+    }
+    return found;
+}
+
+Word FakeEngine::DoMessage(bool post, int number, int destination, int extra, const char* format,
+                           std::span<const Word> values)
+{
+    Sent sent{post, number, destination, extra, format == nullptr ? "" : format, {}, {}};
+    sent.words.assign(values.begin(), values.end());
+    std::size_t word = 0;
+    for (const char letter : sent.format) {
+        if (letter == 's' && word + 1 < values.size())
+            sent.texts.emplace_back(reinterpret_cast<const char*>(values[word + 1]));
+        word += letter == 's' ? 2 : 1;
+    }
+    messages.push_back(sent);
+    calls.push_back(Call(post ? "post" : "send", {number, destination}));
+    if (onMessage) {
+        if (const Word answer = onMessage(sent); answer != 0)
+            return answer;
+    }
+    if (!post && GetEntity(destination) != nullptr)
+        return Deliver(sent, values);
+    return answerDefaults ? DefaultAnswer(sent) : 0;
+}
+
+Word FakeEngine::Deliver(const Sent& sent, std::span<const Word> values)
+{
+    std::vector<Word> block(sizeof(MessageRecord) / sizeof(Word) + values.size() + 1);
+    auto* record = reinterpret_cast<MessageRecord*>(block.data());
+    *record = {-1, sent.number, sent.destination, sent.extra};
+    std::copy(values.begin(), values.end(), block.begin() + sizeof(MessageRecord) / sizeof(Word));
+    return GetEntity(sent.destination)->OnMessage(record);
+}
+
+Word FakeEngine::DefaultAnswer(const Sent& sent)
+{
+    if (sent.destination != DEST_LOGIC)
+        return 0;
+    switch (sent.number) {
+    case MSG_GET_TEXT_TABLE:
+        return reinterpret_cast<Word>(static_cast<ITextTable*>(&textTable));
+    case MSG_GET_PLAYLIST:
+        return reinterpret_cast<Word>(static_cast<IPlayList*>(&playList));
+    case MSG_GET_PROFILE:
+        return reinterpret_cast<Word>(static_cast<IProfileStore*>(&profile));
+    case MSG_GET_NET:
+        return reinterpret_cast<Word>(static_cast<INetCore*>(&net));
+    default:
+        return 0;
+    }
+}
+
+FakeHost::FakeHost()
+{
+    localTime = {2024, 5, 3, 1, 12, 0, 0, 0};
+    m_pOld = SetPlatformHost(this);
+}
+
+FakeHost::~FakeHost()
+{
+    SetPlatformHost(m_pOld);
+}
+
+bool FakeHost::CursorPos(POINT& out)
+{
+    out = hasCursor ? cursor : POINT{};
+    return hasCursor;
+}
+
+bool FakeHost::StartProcess(const std::string& commandLine, const std::string& directory)
+{
+    processes.emplace_back(commandLine, directory);
+    return processStarts;
+}
+
+} // namespace seawarden_test

@@ -1,0 +1,274 @@
+#pragma once
+// Stand-ins for everything that the module meets outside itself. They keep what they were asked, so that a
+// test can look, and have public members that a test sets before it acts.
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "entity.h"
+#include "iengine.h"
+#include "ientities.h"
+#include "ilogic.h"
+#include "isound.h"
+#include "itfrecords.h"
+#include "ivideo.h"
+#include "platform/host.h"
+#include "render/render2d.h"
+
+namespace seawarden_test
+{
+
+/// A message as it was handed to the engine.
+struct Sent {
+    bool post = false;
+    int number = 0;
+    int destination = 0;
+    int extra = 0;
+    std::string format;
+    std::vector<Word> words;
+    std::vector<std::string> texts; ///< one for each `s`, copied
+};
+
+/// Every text is "text NNN" unless the test gave another.
+class FakeTextTable : public ITextTable
+{
+  public:
+    const char* GetText(int number) override;
+    std::map<int, std::string> texts;
+};
+
+class FakePlayList : public IPlayList
+{
+  public:
+    void Play(int track) override;
+    void Stop(int fade) override;
+    void Skip() override;
+    void Select(int list, int on) override;
+    int GetCurrent() override { return current; }
+
+    std::vector<std::string> calls; ///< "Play 0", "Stop 500", "Skip", "Select 0 1"
+    int current = -1;
+};
+
+/// Sections and keys in memory, all values as texts.
+class FakeProfile : public IProfileStore
+{
+  public:
+    bool Write(const char* key, const char* format, const void* value) override;
+    bool Read(const char* key, const char* format, void* out) override;
+    bool SelectSection(const char* name, int create) override;
+
+    std::map<std::string, std::map<std::string, std::string>> sections;
+    std::string section;
+    bool writable = true;
+};
+
+class FakeSound : public ISound
+{
+  public:
+    void Play(const char* name, int channel, int flags) override;
+    void Stop(int fade) override { stops.push_back(fade); }
+
+    std::vector<std::string> played;
+    std::vector<int> stops;
+};
+
+/// Gives handles from 1 on and notes each call as a line.
+class FakeVideo : public IVideo
+{
+  public:
+    int OpenVideo(const char* file, int flags) override;
+    void SetVideoTarget(int video, int surface, const RECT* rect) override;
+    void PlayVideo(int video, int background) override;
+    bool IsVideoRunning(int video) override;
+    void StopVideo(int video) override;
+    void RewindVideo(int video, int position) override;
+    void CloseVideo(int video) override;
+    int OpenAnimation(const char* clip) override;
+    void SetAnimationTarget(int animation, int surface, const RECT* rect) override;
+    void StartAnimation(int animation) override;
+    void TickAnimation(int animation, int elapsed) override;
+    void CloseAnimation(int animation) override;
+
+    std::vector<std::string> calls; ///< "OpenVideo video\x.ani 6", "SetVideoTarget 1 -1 0 0 800 600", ...
+    std::set<std::string> missing;  ///< files and clips that can't be opened
+    std::set<int> running;
+    std::set<int> open;
+
+  private:
+    int Open(const char* call, const char* file, const std::string& rest);
+    int m_nNext = 1;
+};
+
+class FakeNet : public INetCore
+{
+  public:
+    bool IsNetworkGame() override { return networkGame; }
+    bool IsServer() override { return server; }
+    void EnterLobby() override { calls.push_back("EnterLobby"); }
+    void Disconnect(int reason) override { calls.push_back("Disconnect " + std::to_string(reason)); }
+    void AbortGame() override { calls.push_back("AbortGame"); }
+
+    bool networkGame = false;
+    bool server = false;
+    std::vector<std::string> calls;
+};
+
+/// An entity that keeps what it is sent and answers `answer`.
+class FakeEntity : public Entity
+{
+  public:
+    FakeEntity();
+    Word OnMessage(const MessageRecord* record) override;
+
+    std::vector<int> messages;
+    Word answer = 0;
+};
+
+class FakeMarker : public IMarkerEntity
+{
+  public:
+    FakeMarker();
+    void SetInterfaceMode(int on) override { modes.push_back(on); }
+    std::vector<int> modes;
+};
+
+class FakeGraphics : public IGraphicsEntity
+{
+  public:
+    FakeGraphics();
+    void GetOptions(ItfOptions* out) override { *out = options; }
+    void SetOptions(const ItfOptions* record) override { options = *record; }
+    ItfOptions options = {};
+};
+
+/// An engine of one scene: the root, or a scene that another fake names as its current one. Messages are
+/// kept, not delivered, unless the destination is an entity that AddEntity was given an object for.
+class FakeEngine : public IEngine
+{
+  public:
+    FakeEngine();
+    ~FakeEngine() override;
+
+    // IEngine
+    int GetSubsystemId(int number) override;
+    void* GetSubsystem(int id, int kind = 0) override;
+    IEngine* GetScene(int id) override;
+    int CreateScene(int flags) override;
+    void DestroyScene(int id) override;
+    void SetSceneActive(int id, int a, int b, int c) override;
+    int CreateEntity(const char* name, int kind, int flags) override;
+    int CreateEntityFromModule(const char* name, const char* module, int a, int b, int c, int d) override;
+    void DestroyEntity(int id) override;
+    Entity* GetEntity(int id) override;
+    int FindEntity(const char* name, const char* className) override;
+    int FindNextEntity() override;
+    void GetScreenSize(SIZE* out) override;
+    DisplayInfo* GetDisplayInfo() override { return &displayInfo; }
+    void SetDisplayInfo(DisplayInfo* record, int flags) override;
+    void RegisterInput(int kind, int entity, int flags) override;
+    void SetTimerRate(int rate) override;
+    void SetInputMode(int mode) override;
+    int AddViewport(const ViewportRecord* descriptor) override;
+    void SetCamera(int viewport, const float* position, const float* rotation) override;
+    ViewportRecord* GetViewport(int id) override;
+    Word DoMessage(bool post, int number, int destination, int extra, const char* format,
+                   std::span<const Word> values) override;
+
+    /// Registers an entity under a new id, which it gets in its host words unless `entity` is null. The
+    /// caller keeps the object.
+    int AddEntity(const char* name, const char* className, Entity* entity = nullptr);
+    /// Sets the display's size here, in the 2-D layer and in the display record.
+    void SetDisplaySize(int width, int height);
+    /// The kept messages with this number.
+    std::vector<Sent> SentWith(int number) const;
+
+    std::vector<Sent> messages;
+    /// Answers a message before anything else does; 0 leaves it to the default answers.
+    std::function<Word(const Sent&)> onMessage;
+    bool answerDefaults = true; ///< text table, play list, profile and net are given when asked for
+
+    /// Every other call as a line, messages as "send 14 5" and "post 14 5".
+    std::vector<std::string> calls;
+
+    CRender2D render;
+    FakeSound sound;
+    FakeVideo video;
+    FakeTextTable textTable;
+    FakePlayList playList;
+    FakeProfile profile;
+    FakeNet net;
+    bool hasRender = true;
+    bool hasSound = true;
+    bool hasVideo = true;
+
+    IEngine* root = this;            ///< GetScene(-1) and GetSubsystem(-1, 0)
+    IEngine* currentScene = nullptr; ///< GetSubsystem(0, 0)
+    DisplayInfo displayInfo = {};
+    bool hasViewport = true;
+    ViewportRecord viewport = {}; ///< viewport 0
+
+    std::set<std::string> refused; ///< names for which CreateEntity fails
+    std::vector<int> destroyed;
+    std::vector<int> inputEntities;
+
+  private:
+    struct Known {
+        std::string name;
+        std::string className;
+        Entity* entity = nullptr;
+    };
+    int SearchFrom(int id);
+    Word Deliver(const Sent& sent, std::span<const Word> values);
+    Word DefaultAnswer(const Sent& sent);
+
+    std::map<int, Known> m_Entities;
+    std::string m_strSearchName;
+    std::optional<std::string> m_SearchClass;
+    int m_nLastFound = 0;
+    int m_nNextId = 16;
+    int m_nNextScene = 1;
+};
+
+/// Cursor, keys, clock and clipboard that a test sets. Installs itself and puts the old host back at the end.
+class FakeHost : public PlatformHost
+{
+  public:
+    FakeHost();
+    ~FakeHost() override;
+    FakeHost(const FakeHost&) = delete;
+    FakeHost& operator=(const FakeHost&) = delete;
+
+    bool CursorPos(POINT& out) override;
+    void SetCursorVisible(bool visible) override { cursorVisible = visible; }
+    bool IsKeyDown(int key) override { return keysDown.count(key) != 0; }
+    bool IsKeyDownNow(int key) override { return keysDown.count(key) != 0; }
+    std::optional<std::string> ClipboardText() override { return clipboard; }
+    void SetClipboardText(const std::string& text) override { clipboard = text; }
+    DWORD Milliseconds() override { return now; }
+    SYSTEMTIME LocalTime() override { return localTime; }
+    void DebugOutput(const char* text) override { debug.push_back(text); }
+    bool StartProcess(const std::string& commandLine, const std::string& directory) override;
+
+    POINT cursor;
+    bool hasCursor = true;
+    bool cursorVisible = true;
+    std::set<int> keysDown;
+    std::optional<std::string> clipboard;
+    DWORD now = 1000;
+    SYSTEMTIME localTime;
+    std::vector<std::string> debug; ///< each line as it was given, with its CR LF
+    std::vector<std::pair<std::string, std::string>> processes;
+    bool processStarts = true;
+
+  private:
+    PlatformHost* m_pOld;
+};
+
+} // namespace seawarden_test
