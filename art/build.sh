@@ -54,7 +54,9 @@ cut_out() {
 # closing OUT SCENE CAPTION: a closing picture
 closing() {
     expand still scene="$2" Y1=570 LINE1="$3" LINE2= | rsvg-convert -o "$work/closing.png"
-    convert "$work/closing.png" -alpha remove -alpha off -strip -type TrueColor -compress RLE "$images/pic/$1.tga"
+    convert "$work/closing.png" -alpha remove -alpha off -strip -type TrueColor -orient TopLeft -compress RLE "$images/pic/$1.tga"
+    # The rows come top down, which this byte of the head has to say.
+    printf '\x20' | dd of="$images/pic/$1.tga" bs=1 seek=17 conv=notrunc status=none
 }
 
 button_pair() {
@@ -85,8 +87,8 @@ solid itf/messagepaper.png paper $(sizes 428 164)
 solid itf/edit.png box $(sizes 440 204) plate=plate_none.inc
 solid itf/editpaper.png paper $(sizes 396 72)
 solid itf/editfield.png field $(sizes 396 32)
-cut_out itf/select.png stripes FILL=#3a639c
-cut_out itf/selectwait.png stripes FILL=#a5742a
+cut_out itf/select.png band FILL=#3a639c LINE=#d9b45a
+cut_out itf/selectwait.png band FILL=#7a5420 LINE=#a5742a
 solid itf/helpicons.png help HEADING='Signs and vessels' page=help_icons.inc
 solid itf/helpitf1.png help HEADING='On the bridge' page=help_bridge.inc
 solid itf/loseart.png lose

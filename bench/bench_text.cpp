@@ -87,7 +87,7 @@ class BenchFont
             content += "\"";
             for (const int number :
                  {cell.left, cell.top, cell.left + cell.width, cell.top + LINE_HEIGHT, 0, cell.width})
-                content += "," + std::to_string(number);
+                content.append(",").append(std::to_string(number));
         }
         content += "}\n";
         ds_file_buffered file;

@@ -13,7 +13,8 @@ namespace
 }
 
 // Finds the handler for a number along the chain of maps; the record without a next only ends it.
-template <class Handler> Handler Find(const Entity::Map<Handler>* map, std::uint32_t id)
+template <class Handler>
+Handler Find(const Entity::Map<Handler>* map, std::uint32_t id)
 {
     for (; map != nullptr && map->next != nullptr; map = map->next) {
         if (map->rows == nullptr)
@@ -29,17 +30,47 @@ template <class Handler> Handler Find(const Entity::Map<Handler>* map, std::uint
 } // namespace
 
 EntityBase::~EntityBase() = default;
-Word EntityBase::Init(IEngine*) { return 1; }
-Word EntityBase::Op3(Word) { return 0; }
-Word EntityBase::Op4(Word) { return 0; }
-Word EntityBase::OnFrame(Word, Word) { return 0; }
-Word EntityBase::OnWindowMessage(std::uint32_t, std::uint32_t, std::int32_t) { return 0; }
-Word EntityBase::OnMessage(const MessageRecord*) { return 0; }
-Word EntityBase::Op8(Word) { return 0; }
-Word EntityBase::Op9(Word, Word) { return 0; }
+Word EntityBase::Init(IEngine*)
+{
+    return 1;
+}
+Word EntityBase::Op3(Word)
+{
+    return 0;
+}
+Word EntityBase::Op4(Word)
+{
+    return 0;
+}
+Word EntityBase::OnFrame(Word, Word)
+{
+    return 0;
+}
+Word EntityBase::OnWindowMessage(std::uint32_t, std::uint32_t, std::int32_t)
+{
+    return 0;
+}
+Word EntityBase::OnMessage(const MessageRecord*)
+{
+    return 0;
+}
+Word EntityBase::Op8(Word)
+{
+    return 0;
+}
+Word EntityBase::Op9(Word, Word)
+{
+    return 0;
+}
 // The line numbers are part of the text that the host's tools know.
-void EntityBase::Op10(Word) { AssertFailed("false", 133); }
-void EntityBase::Op11(Word, Word) { AssertFailed("false", 134); }
+void EntityBase::Op10(Word)
+{
+    AssertFailed("false", 133);
+}
+void EntityBase::Op11(Word, Word)
+{
+    AssertFailed("false", 134);
+}
 
 const Entity::MessageMap Entity::s_MessageMap = {nullptr, nullptr};
 const Entity::WindowMap Entity::s_WindowMap = {nullptr, nullptr};
@@ -64,5 +95,11 @@ Word Entity::OnMessage(const MessageRecord* record)
     return (this->*handler)(record->Data(), record->extra, record->sender);
 }
 
-const Entity::MessageMap* Entity::GetMessageMap() const { return nullptr; }
-const Entity::WindowMap* Entity::GetWindowMessageMap() const { return nullptr; }
+const Entity::MessageMap* Entity::GetMessageMap() const
+{
+    return nullptr;
+}
+const Entity::WindowMap* Entity::GetWindowMessageMap() const
+{
+    return nullptr;
+}

@@ -49,12 +49,14 @@ class Entity : public EntityBase
     using WindowHandler = Word (Entity::*)(std::uint32_t wParam, std::int32_t lParam);
 
     /// A row array ends in a row with a null handler; the first row with the number wins.
-    template <class Handler> struct Row {
+    template <class Handler>
+    struct Row {
         std::uint32_t id;
         Handler handler;
     };
     /// rows may be null. A record whose next is null is the end mark, its rows are never searched.
-    template <class Handler> struct Map {
+    template <class Handler>
+    struct Map {
         const Map* next;
         const Row<Handler>* rows;
     };
@@ -76,13 +78,13 @@ class Entity : public EntityBase
 
     int GetEntityId() const { return static_cast<int>(m_HostWords[HOSTWORD_ID]); }
 
-    /// A block that belongs to the host, which fills it before Init; no constructor here touches it.
+    /// A block that belongs to the host, which fills it between construction and Init; no constructor here
+    /// touches it.
     Word m_HostWords[32];
 
   protected:
     /// The ends of every chain of maps.
     static const MessageMap s_MessageMap;
     static const WindowMap s_WindowMap;
-    // Leaves m_HostWords alone on purpose: the host may fill the block before the constructor runs.
     Entity();
 };

@@ -55,12 +55,12 @@ void CLogic::PostEvent(const ItfEvent& event)
     Post(std::move(sent));
 }
 
-void CLogic::PostMessageBox(Word second, Word first, Word style, Word id)
+void CLogic::PostMessageBox(int secondText, int firstText, Word style, Word id)
 {
     auto sent = std::make_unique<Sent>();
     sent->event.code = EVENT_MESSAGE_BOX;
-    sent->words[0] = second;
-    sent->words[1] = first;
+    sent->words[0] = reinterpret_cast<Word>(m_Texts.GetText(secondText));
+    sent->words[1] = reinterpret_cast<Word>(m_Texts.GetText(firstText));
     sent->words[2] = style;
     sent->words[3] = id;
     sent->event.object = sent->words;

@@ -29,8 +29,8 @@ class CLogic : public IMessageTarget
     bool Start(const ItfEvent& first);
     /// The event reaches the front end with the next frame's messages.
     void PostEvent(const ItfEvent& event);
-    /// The four words of event 33's `object`: second text, first text, style, id.
-    void PostMessageBox(Word second, Word first, Word style, Word id);
+    /// Event 33 with its four words: second text, first text, style, id. The texts are given by number.
+    void PostMessageBox(int secondText, int firstText, Word style, Word id);
     /// Called each frame before the posted messages are delivered. What was posted before the frame's
     /// delivery stays until the next frame's.
     void Update();

@@ -1,5 +1,6 @@
 #include "logic/text_table.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "keelworks/text_parser.h"
@@ -81,7 +82,6 @@ bool CTextTable::Load(const char* path)
         int number = 0;
         std::string text;
         std::string error = ReadRow(parser, buffer, number, text);
-        int line = parser.GetLine();
         if (error.empty() && !m_Texts.try_emplace(number, text).second) {
             DebugLine(std::string(path) + "(" + std::to_string(firstLine) + "): text " +
                       std::to_string(number) + " stands in the file already");
@@ -89,9 +89,12 @@ bool CTextTable::Load(const char* path)
         }
         if (error.empty())
             continue;
-        line = line < firstLine ? firstLine : line;
+        // What is wrong may be that the row's text is missing, and then the next row stands here already.
+        const char next = parser.SkipSpace(false);
+        const int line = std::max(parser.GetLine(), firstLine);
         DebugLine(std::string(path) + "(" + std::to_string(line) + "): " + error);
-        if (!parser.SkipTillChar('\n'))
+        const bool nextRow = line > firstLine && ((next >= '0' && next <= '9') || next == '-');
+        if (!nextRow && !parser.SkipTillChar('\n'))
             break;
     }
     return true;

@@ -117,8 +117,11 @@ void CRender2D::Blit(int /*flags*/, int destination, int source, const RECT* des
     CSurface* const from = Find(source);
     if (to == nullptr || from == nullptr)
         return;
-    BlitPixels(to->View(), destinationRect == nullptr ? to->Rect() : *destinationRect, from->View(),
-               sourceRect == nullptr ? from->Rect() : *sourceRect, keyed, m_Scratch);
+    const RECT target = destinationRect == nullptr ? to->Rect() : *destinationRect;
+    if (destination == DISPLAY_FRAME)
+        m_rcFrame = target;
+    BlitPixels(to->View(), target, from->View(), sourceRect == nullptr ? from->Rect() : *sourceRect, keyed,
+               m_Scratch);
     TellDrawn(destination);
 }
 

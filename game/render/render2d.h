@@ -36,6 +36,10 @@ class CRender2D : public IRender2D
     /// Rows without padding, valid until the next SetDisplaySize that changes the size.
     const std::uint16_t* DisplayPixels() const { return m_pDisplay->Pixels(); }
 
+    /// Where the last Blit to DISPLAY_FRAME put its source, as it was asked for and so perhaps beyond the
+    /// display; empty before the first.
+    RECT FrameRect() const { return m_rcFrame; }
+
     /// Called at the end of every draw to DISPLAY_NOW, when the display picture is to be shown at once. An
     /// empty function is allowed.
     void SetOnPresentNow(std::function<void()> show) { m_OnPresentNow = std::move(show); }
@@ -69,4 +73,5 @@ class CRender2D : public IRender2D
     BlitScratch m_Scratch;
     std::function<void()> m_OnPresentNow;
     bool m_bDisplayChanged = true;
+    RECT m_rcFrame;
 };

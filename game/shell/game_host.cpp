@@ -7,6 +7,7 @@
 #include "platform/codepage.h"
 #include "shell/clock.h"
 #include "shell/input.h"
+#include "shell/line_ends.h"
 
 CGameHost::CGameHost(CInput& input, const CClock& clock, CTrace& trace)
     : m_Input(input), m_Clock(clock), m_Trace(trace), m_pOld(SetPlatformHost(this))
@@ -48,7 +49,7 @@ std::optional<std::string> CGameHost::ClipboardText()
     char* text = SDL_GetClipboardText();
     if (text == nullptr)
         return std::nullopt;
-    std::string converted = PlatformFromUtf8(text);
+    std::string converted = WithCrLf(PlatformFromUtf8(text));
     SDL_free(text);
     return converted;
 }
@@ -58,7 +59,7 @@ void CGameHost::SetClipboardText(const std::string& text)
     if (m_Clock.IsFixed())
         PlatformHost::SetClipboardText(text);
     else
-        SDL_SetClipboardText(PlatformToUtf8(text).c_str());
+        SDL_SetClipboardText(PlatformToUtf8(WithLf(text)).c_str());
 }
 
 DWORD CGameHost::Milliseconds()

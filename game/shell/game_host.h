@@ -10,7 +10,8 @@ class CInput;
 class CTrace;
 
 /// Installs itself and puts the old host back at the end. With a fixed clock the clipboard is one in memory,
-/// so that a run doesn't depend on what other programs left there.
+/// so that a run doesn't depend on what other programs left there. The desktop's clipboard has lines that end
+/// with LF, the game's with CR LF.
 class CGameHost : public PlatformHost
 {
   public:

@@ -107,9 +107,8 @@ void CInput::Key(int key, bool down)
                        down && repeated ? ONE_PRESS | KEY_REPEATED : ONE_PRESS, key, down});
     if (!down || alt)
         return;
-    if (key == VK_BACK)
-        PushChar(ctrl ? DELETE_CHARACTER : key);
-    else if (key == VK_TAB || key == VK_RETURN || key == VK_ESCAPE)
+    // With Ctrl the backspace's character would be the delete character, which prints nothing.
+    if ((key == VK_BACK && !ctrl) || key == VK_TAB || key == VK_RETURN || key == VK_ESCAPE)
         PushChar(key);
     else if (ctrl && !m_Now[VK_MENU] && key >= 'A' && key <= 'Z')
         PushChar(key - CTRL_LETTER);

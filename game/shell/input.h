@@ -27,8 +27,8 @@ class CInput
     void Button(int button, bool down, bool second);
     /// Notches away from the user are positive.
     void Wheel(int notches);
-    /// A key goes down (again, when it repeats) or up. Enter, Escape, Tab, Backspace and letters with Ctrl
-    /// bring their control character along.
+    /// A key goes down (again, when it repeats) or up. Enter, Escape, Tab, Backspace (without Ctrl) and
+    /// letters with Ctrl bring their control character along.
     void Key(int key, bool down);
     /// A printable character in code page 1252.
     void Char(unsigned char c);

@@ -298,8 +298,8 @@ void CProgram::SendScriptEvent(const ScriptEvent& event)
 
 POINT CProgram::SurfaceOrigin()
 {
-    const RECT& view = m_World.GetViewport(0)->rc;
-    return {view.left, view.top};
+    const RECT shown = m_Render.FrameRect();
+    return {shown.left, shown.top};
 }
 
 // The run

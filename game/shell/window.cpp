@@ -26,6 +26,20 @@ SDL_Surface* LoadImage(const char* name)
     return file.empty() ? nullptr : IMG_Load(PlatformResolveRead(file.c_str()).c_str());
 }
 
+/// SDL falls back on drivers that show nothing; they count only for somebody who named one.
+bool IsRealDisplay(std::string& error)
+{
+    const char* driver = SDL_GetCurrentVideoDriver();
+    const std::string name = driver == nullptr ? "" : driver;
+    const bool hidden = name == "offscreen" || name == "dummy" || name == "evdev";
+    const char* const named = SDL_getenv("SDL_VIDEODRIVER");
+    if (hidden && (named == nullptr || *named == '\0')) {
+        error = "no video device";
+        return false;
+    }
+    return true;
+}
+
 } // namespace
 
 std::unique_ptr<CWindow> CWindow::Open(SIZE display, bool fullscreen, ViewScale scale, std::string& error)
@@ -35,14 +49,15 @@ std::unique_ptr<CWindow> CWindow::Open(SIZE display, bool fullscreen, ViewScale 
     window->m_Scale = scale;
     SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
     const Uint32 flags = SDL_WINDOW_RESIZABLE | (fullscreen ? FULLSCREEN : WINDOWED);
-    if (SDL_InitSubSystem(SDL_INIT_VIDEO) == 0) {
+    if (SDL_InitSubSystem(SDL_INIT_VIDEO) == 0 && IsRealDisplay(error)) {
         window->m_pWindow = SDL_CreateWindow(TITLE, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
                                              display.cx, display.cy, flags);
     }
     if (window->m_pWindow != nullptr)
         window->m_pRenderer = SDL_CreateRenderer(window->m_pWindow, -1, 0);
     if (window->m_pRenderer == nullptr) {
-        error = SDL_GetError();
+        if (error.empty())
+            error = SDL_GetError();
         return nullptr;
     }
     window->LoadCursor();
@@ -123,6 +138,9 @@ bool CWindow::OnEvent(const SDL_Event& event, CInput& input)
         OnKey(event, input);
         break;
     case SDL_TEXTINPUT:
+        // A letter with Alt is a command, not a text; AltGr prints.
+        if ((SDL_GetModState() & (KMOD_LALT | KMOD_CTRL)) == KMOD_LALT)
+            break;
         for (const char c : PlatformFromUtf8(event.text.text))
             input.Char(static_cast<unsigned char>(c));
         break;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <dlfcn.h>
 #include <utility>
 
 #include "engine/game_files.h"
@@ -37,6 +38,23 @@ class CDeviceLock
   private:
     SDL_AudioDeviceID m_nDevice;
 };
+
+void IgnoreSoundSystemError(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
+                            const char* /*format*/, ...)
+{
+}
+
+/// The system's sound library prints every device that it fails to open, however the search ends. The library
+/// stays loaded, since it keeps the function.
+void QuietSoundSystem()
+{
+    using Handler = decltype(&IgnoreSoundSystemError);
+    using SetHandler = int (*)(Handler);
+    void* const library = dlopen("libasound.so.2", RTLD_LAZY);
+    void* const set = library == nullptr ? nullptr : dlsym(library, "snd_lib_error_set_handler");
+    if (set != nullptr)
+        reinterpret_cast<SetHandler>(set)(&IgnoreSoundSystemError);
+}
 
 void DebugLine(const std::string& text)
 {
@@ -98,6 +116,7 @@ void CSound::LoadNames(const char* path)
 
 bool CSound::OpenDevice()
 {
+    QuietSoundSystem();
     if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0)
         return false;
     SDL_AudioSpec wanted = {};

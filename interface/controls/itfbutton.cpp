@@ -92,11 +92,9 @@ void CItfButton::Draw()
     const bool keyed = !IsCheckBox() || (m_dwStyle & IWS_BK_KEYCOLOR) != 0;
     DrawSprite(m_nState == BUTTON_UP ? m_nSpriteUp : m_nSpriteDown, &m_rcClient, keyed);
 
-    // One line high, so that the font has nothing left to centre and the caption stays in the middle.
-    const int height = GetFontHeight(m_nFont);
+    // A single line has no height that the font could centre it in: its place is chosen here.
     RECT text = m_rcInner;
-    text.top += (m_rcInner.bottom - m_rcInner.top - height) / 2;
-    text.bottom = text.top + height;
+    text.top += (m_rcInner.bottom - m_rcInner.top - GetFontHeight(m_nFont)) / 2;
     const int font = !IsEnabled() ? m_nFontDisabled : m_bHot ? m_nFontHot : m_nFont;
     DrawTextBox(font, &text, m_Caption.c_str(), FONT_CENTER_HOR | FONT_CENTER_VERT, -1, CAPTION_COLOUR,
                 nullptr);
@@ -136,11 +134,12 @@ const CItfWnd::Row* CItfButton::GetMessageTable() const
 
 Word CItfButton::OnMouseMove(std::uint32_t, std::int32_t lParam)
 {
+    const int self = m_nId;
     if (!m_bHot) {
         m_bHot = true;
         Invalidate(nullptr);
     }
-    if (m_bPressed && !IsCheckBox()) {
+    if (IsStill(self) && m_bPressed && !IsCheckBox()) {
         const int state = PtInRect(&m_rcClient, MousePoint(lParam)) ? BUTTON_DOWN : BUTTON_UP;
         if (state != m_nState)
             SetState(state);
@@ -152,16 +151,16 @@ Word CItfButton::OnLButtonDown(std::uint32_t, std::int32_t)
 {
     if (!IsEnabled())
         return 0;
+    const int self = m_nId;
+    const bool checkBox = IsCheckBox();
     SetCapture();
     m_bPressed = true;
-    if (!IsCheckBox()) {
+    if (!checkBox)
         SetState(BUTTON_DOWN);
-        Notify(NOTIFY_PRESSED);
-        return 0;
-    }
-    if (!IsManual())
+    else if (!IsManual())
         Toggle();
-    Notify(NOTIFY_CLICKED);
+    if (IsStill(self))
+        Notify(checkBox ? NOTIFY_CLICKED : NOTIFY_PRESSED);
     return 0;
 }
 
@@ -174,8 +173,9 @@ Word CItfButton::OnLButtonUp(std::uint32_t, std::int32_t lParam)
     m_bPressed = false;
     if (IsCheckBox())
         return 0;
+    const int self = m_nId;
     SetState(inside && IsManual() ? BUTTON_DOWN : BUTTON_UP);
-    if (inside) {
+    if (inside && IsStill(self)) {
         PlaySound(CLICK_SOUND);
         Notify(NOTIFY_CLICKED);
     }

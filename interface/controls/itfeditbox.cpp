@@ -93,8 +93,7 @@ void CItfEditBox::SetText(const char* text)
     ClearText();
     if (text != nullptr)
         InsertText({0, 0}, text);
-    Redraw();
-    SetModified(true);
+    ShowChange();
 }
 
 const char* CItfEditBox::GetText()
@@ -238,23 +237,27 @@ try {
 
 void CItfEditBox::Paste()
 {
+    if (PasteText())
+        ShowChange();
+}
+
+// False when nothing has changed. Paints nothing: the clipboard is open.
+bool CItfEditBox::PasteText()
+{
     if (HasStyle(EDS_READONLY))
-        return;
+        return false;
     const CClipboardSession session;
     if (!session.IsOpen())
-        return;
+        return false;
     if (!IsClipboardFormatAvailable(CF_TEXT)) {
         // There is nothing to put in the selection's place, but it goes all the same.
-        if ((m_nFlags & FLAG_SELECTION) != 0) {
-            DeleteSelection();
-            Redraw();
-            SetModified(true);
-        }
-        return;
+        const bool selected = (m_nFlags & FLAG_SELECTION) != 0;
+        DeleteSelection();
+        return selected;
     }
     const CBlockLock lock(GetClipboardData(CF_TEXT));
     if (lock.GetBytes() == nullptr)
-        return;
+        return false;
     DeleteSelection();
     CutCaretToLine();
     try {
@@ -263,8 +266,14 @@ void CItfEditBox::Paste()
         // Too large a text: nothing of it has gone in.
     }
     ScrollToCaret();
-    Redraw();
+    return true;
+}
+
+// Last in every handler: what is painted on the way may delete the box.
+void CItfEditBox::ShowChange()
+{
     SetModified(true);
+    Repaint(nullptr);
 }
 
 void CItfEditBox::Cut()
@@ -272,6 +281,5 @@ void CItfEditBox::Cut()
     if (HasStyle(EDS_READONLY) || !Copy())
         return;
     DeleteSelection();
-    Redraw();
-    SetModified(true);
+    ShowChange();
 }

@@ -119,13 +119,14 @@ class CItfEditBox : public CItfWnd
     // Clipboard.
     bool Copy();
     void Paste();
+    bool PasteText();
+    void ShowChange();
     void Cut();
 
     // View.
     int GetPage() const;
     void ScrollToCaret();
     void ScrollSideways();
-    void Redraw();
     void DrawCaret();
     void DrawSelection(int line, const std::string& text, int y);
     std::int64_t WidthFromLeft(const std::string& text, int col) const;

@@ -28,19 +28,19 @@ int ToPixels(std::int64_t width)
 
 } // namespace
 
-// Lines that the inner rectangle has room for, at least one.
+// Lines that the inner rectangle has room for; 0 when it is lower than one.
 int CItfEditBox::GetPage() const
 {
     const std::int64_t height = std::int64_t{m_rcInner.bottom} - m_rcInner.top;
     return static_cast<int>(
-        std::clamp<std::int64_t>(height / m_nLineHeight, 1, std::numeric_limits<int>::max()));
+        std::clamp<std::int64_t>(height / m_nLineHeight, 0, std::numeric_limits<int>::max()));
 }
 
 void CItfEditBox::ScrollToCaret()
 {
     ScrollSideways();
     const int count = m_Lines.GetCount();
-    const int page = std::min(GetPage(), count);
+    const int page = std::clamp(GetPage(), 1, count); // the caret's line shows in the lowest box too
     if (m_Caret.line == count - 1)
         m_nTopLine = count - page;
     m_nTopLine = std::clamp(m_nTopLine, m_Caret.line - page + 1, m_Caret.line);
@@ -76,17 +76,6 @@ std::int64_t CItfEditBox::WidthFromLeft(const std::string& text, int col) const
     const auto begin = static_cast<std::size_t>(m_nLeftCol);
     const std::size_t end = std::min(static_cast<std::size_t>(std::max(col, 0)), text.size());
     return begin < end ? m_Widths.Width(std::string_view(text).substr(begin, end - begin)) : 0;
-}
-
-// A box without a background shows what lies behind it.
-void CItfEditBox::Redraw()
-{
-    if (m_nSprite < 0) {
-        RECT rect;
-        GetScreenRect(&rect);
-        RedrawBehind(&rect);
-    }
-    Invalidate(nullptr);
 }
 
 void CItfEditBox::Draw()

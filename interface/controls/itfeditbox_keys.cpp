@@ -53,16 +53,15 @@ Word CItfEditBox::OnKeyDown(std::uint32_t wParam, std::int32_t)
     const bool shift = GetAsyncKeyState(VK_SHIFT) != 0;
     UpdateSelection();
     if (GetKeyState(VK_CONTROL) < 0) {
-        ControlKey(key);
         m_nFlags &= ~FLAG_KEY_SCROLL;
+        ControlKey(key);
         return 0;
     }
     if (key == VK_INSERT) {
         if (shift)
-            Paste();
+            PasteText();
         m_nFlags &= ~FLAG_KEY_SCROLL;
-        Redraw();
-        SetModified(true);
+        ShowChange();
         return 0;
     }
     if (key == VK_DELETE) {
@@ -77,7 +76,7 @@ Word CItfEditBox::OnKeyDown(std::uint32_t wParam, std::int32_t)
         CollapseSelection();
     if ((m_nFlags & FLAG_KEY_SCROLL) != 0) {
         ScrollToCaret();
-        Redraw();
+        Repaint(nullptr);
     }
     return 0;
 }
@@ -228,8 +227,7 @@ Word CItfEditBox::OnChar(std::uint32_t wParam, std::int32_t)
         return 0;
     if ((m_nFlags & FLAG_KEY_SCROLL) == 0)
         ScrollToCaret();
-    Redraw();
-    SetModified(true);
+    ShowChange();
     return 0;
 }
 
@@ -261,8 +259,7 @@ bool CItfEditBox::EditWith(unsigned char character)
         return false;
     DeleteSelection();
     if ((m_nFlags & FLAG_LIMIT) != 0 && m_Lines.GetLength(m_Caret.line) >= m_nMaxLen) {
-        Redraw();
-        SetModified(true);
+        ShowChange();
         return false;
     }
     TypeCharacter(typed);
@@ -285,7 +282,7 @@ Word CItfEditBox::OnLButtonDown(std::uint32_t, std::int32_t lParam)
         SetCapture();
         m_nFlags |= FLAG_DRAG;
     }
-    Redraw();
+    Repaint(nullptr);
     return 0;
 }
 
@@ -298,7 +295,7 @@ Word CItfEditBox::OnMouseMove(std::uint32_t, std::int32_t lParam)
     ScrollToCaret();
     if (m_Anchor != m_End)
         m_nFlags |= FLAG_SELECTION;
-    Redraw();
+    Repaint(nullptr);
     return 0;
 }
 
@@ -314,12 +311,12 @@ Word CItfEditBox::OnLButtonDblClk(std::uint32_t, std::int32_t)
     m_Anchor = {m_Caret.line, 0};
     m_End = {m_Caret.line, m_Lines.GetLength(m_Caret.line)};
     m_nFlags |= FLAG_SELECTION;
-    Redraw();
+    Repaint(nullptr);
     return 0;
 }
 
 Word CItfEditBox::OnLostFocus(std::uint32_t, std::int32_t)
 {
-    Redraw();
+    Repaint(nullptr);
     return 0;
 }

@@ -25,7 +25,7 @@ constexpr int MAX_GLYPHS = 256;
 /// A number of a glyph line beyond this, in either direction, is a mistake in the file.
 constexpr int MAX_GLYPH_NUMBER = 32767;
 /// A glyph of more pixels isn't searched for its empty edges.
-constexpr std::int64_t MAX_LETTER_PIXELS = 256 * 256;
+constexpr std::int64_t MAX_LETTER_PIXELS = std::int64_t{256} * 256;
 
 void ReportError(const std::string& text)
 {
@@ -435,14 +435,13 @@ void CItfFont::DrawBox(int surface, const RECT* rect, const char* text, std::uin
 {
     if (rect == nullptr || text == nullptr || m_nHeight <= 0)
         return;
-    const std::int64_t boxHeight = Height(*rect);
-    std::int64_t left = (flags & FONT_MULTILINE) != 0 ? boxHeight : m_nHeight;
+    std::int64_t left = (flags & FONT_MULTILINE) != 0 ? Height(*rect) : m_nHeight;
     std::int64_t y = rect->top;
     if ((flags & FONT_CENTER_VERT) != 0) {
         // One line more than fits puts the block at the top already; the rest needn't be counted.
-        const std::int64_t limit = std::max<std::int64_t>(0, boxHeight / m_nHeight) + 1;
+        const std::int64_t limit = std::max<std::int64_t>(0, left / m_nHeight) + 1;
         const std::int64_t lines = CountLinesUpTo(Width(*rect), text, limit);
-        y += std::max<std::int64_t>(0, (boxHeight - m_nHeight * lines) / 2);
+        y += std::max<std::int64_t>(0, (left - m_nHeight * lines) / 2);
     }
     LineBreaker breaker(*this, Width(*rect), text, colour, marks);
     while (left >= m_nHeight && breaker.NextLine()) {

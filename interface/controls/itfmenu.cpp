@@ -188,12 +188,12 @@ const CItfWnd::Row* CItfMenu::GetMessageTable() const
 Word CItfMenu::OnMouseMove(std::uint32_t, std::int32_t lParam)
 {
     const int index = m_Root.HitTestItems(MousePoint(lParam));
-    if (index >= 0) {
-        m_Root.SetItemState(index, MENUITEM_HIGHLIGHTED);
-        if (index != m_nHotItem)
-            Invalidate(&m_Root.GetItem(index)->m_rc);
-    }
+    const bool entered = index >= 0 && index != m_nHotItem;
     m_nHotItem = index;
+    if (index >= 0)
+        m_Root.SetItemState(index, MENUITEM_HIGHLIGHTED);
+    if (entered)
+        Invalidate(&m_Root.GetItem(index)->m_rc);
     return 0;
 }
 

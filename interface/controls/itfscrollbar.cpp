@@ -106,7 +106,7 @@ void CItfScrollBar::SetRange(int min, int max, int page)
 void CItfScrollBar::SetPos(int pos)
 {
     m_nPos = pos;
-    Repaint();
+    Repaint(nullptr);
 }
 
 CItfScrollBar::Place CItfScrollBar::Track() const
@@ -158,8 +158,16 @@ int CItfScrollBar::HoldInRange(std::int64_t pos) const
 void CItfScrollBar::ChangePos(std::int64_t pos)
 {
     m_nPos = HoldInRange(pos);
-    Repaint();
-    Notify(SB_CHANGED);
+    ShowChange();
+}
+
+// Last in every handler: both what is painted and the parent may delete the bar.
+void CItfScrollBar::ShowChange()
+{
+    const int self = m_nId;
+    Repaint(nullptr);
+    if (IsStill(self))
+        Notify(SB_CHANGED);
 }
 
 void CItfScrollBar::ArrowStep(Side side)
@@ -188,23 +196,12 @@ void CItfScrollBar::MoveThumb(Place place)
     const Place pos =
         FloorToPlace(static_cast<double>(place - arrow) * range / static_cast<double>(track) + 0.5);
     m_nPos = static_cast<int>(std::min<Place>(pos, m_nMax));
-    Repaint();
-    Notify(SB_CHANGED);
+    ShowChange();
 }
 
 void CItfScrollBar::StampTime()
 {
     m_nLastTime = timeGetTime();
-}
-
-void CItfScrollBar::Repaint()
-{
-    if (m_nSprite < 0) {
-        RECT screen;
-        GetScreenRect(&screen);
-        RedrawBehind(&screen);
-    }
-    Invalidate(nullptr);
 }
 
 void CItfScrollBar::DrawPart(int sprite, Place left, Place top, int width, int height)
@@ -310,7 +307,7 @@ Word CItfScrollBar::OnMouseMove(std::uint32_t, std::int32_t lParam)
         m_bPageArmed = false;
         if (m_nArrowPressed != SIDE_NONE) {
             m_nArrowPressed = SIDE_NONE;
-            Repaint();
+            Repaint(nullptr);
         }
     }
     return 0;
@@ -331,7 +328,7 @@ Word CItfScrollBar::OnLButtonUp(std::uint32_t, std::int32_t)
     m_bPageArmed = false;
     m_bFirstDelay = true;
     m_nArrowPressed = SIDE_NONE;
-    Repaint();
+    Repaint(nullptr);
     return 0;
 }
 

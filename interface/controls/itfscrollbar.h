@@ -105,8 +105,8 @@ class CItfScrollBar : public CItfWnd
     void PageStep(Side side);
     void MoveThumb(Place place);
     void ChangePos(std::int64_t pos);
+    void ShowChange();
 
-    void Repaint();
     void EndPress();
     void StampTime();
     void DrawPart(int sprite, Place left, Place top, int width, int height);

@@ -166,13 +166,8 @@ void CItfTextBox::ScrollToEnd()
 
 void CItfTextBox::Redraw()
 {
-    if (m_nSprite < 0) {
-        RECT screen;
-        GetScreenRect(&screen);
-        RedrawBehind(&screen);
-    }
     const RECT inner = m_rcInner;
-    Invalidate(&inner);
+    Repaint(&inner);
 }
 
 void CItfTextBox::Draw()
@@ -260,6 +255,8 @@ void CItfTextBox::ScrollTo(int line)
     m_nTopLine = held;
     if (held != line)
         return;
+    const int self = m_nId;
     Redraw();
-    m_pScrollBar->SetPos(m_nTopLine);
+    if (IsStill(self) && m_pScrollBar != nullptr)
+        m_pScrollBar->SetPos(m_nTopLine);
 }

@@ -25,7 +25,7 @@ enum ItfTextBoxStyle : std::uint32_t {
 /// box makes a scroll bar for itself, to the right of the inner rectangle. Reacts to the wheel, to the up and
 /// down keys, and to its bar; tells its parent nothing.
 ///
-/// Owns its bar and a reference to each of its fonts. A font that doesn't exist shows no text, and no bar.
+/// Owns its bar and a reference to each of its fonts. A font that doesn't exist shows no text.
 class CItfTextBox : public CItfWnd
 {
   public:

@@ -112,7 +112,8 @@ bool CMainWnd::ShowExitPicture()
         return false;
     const double last = static_cast<double>(names.size() - 1);
     const auto index = static_cast<std::size_t>(std::floor(last * ItfRand() / 32767.0 + 0.5));
-    const int picture = LoadSpriteFile((EXIT_PICTURE_FOLDER + names[std::min(index, names.size() - 1)]).c_str());
+    const int picture =
+        LoadSpriteFile((EXIT_PICTURE_FOLDER + names[std::min(index, names.size() - 1)]).c_str());
     if (picture < 0)
         return false;
     DrawSprite(picture, &m_rcClient, false);
@@ -122,9 +123,12 @@ bool CMainWnd::ShowExitPicture()
     return true;
 }
 
-void CMainWnd::Quit() { GetRootScene(m_pCore)->SendMessage(MSG_QUIT, DEST_HOST, -1, ""); }
+void CMainWnd::Quit()
+{
+    GetRootScene(m_pCore)->SendMessage(MSG_QUIT, DEST_HOST, -1, "");
+}
 
-void CMainWnd::LeaveProgram()
+void CMainWnd::LeaveProgram(const ReportRow&)
 {
     if (!ShowExitPicture()) {
         Quit();
@@ -141,7 +145,7 @@ void CMainWnd::AskLeaveBattle()
                CValueBox::STYLE_YES_NO);
 }
 
-void CMainWnd::LeaveBattle()
+void CMainWnd::LeaveBattle(const ReportRow&)
 {
     // Read by the logic during the call.
     static const std::int32_t stopped[2] = {90, 0};
@@ -158,23 +162,21 @@ void CMainWnd::LeaveBattle()
     Invalidate(nullptr);
 }
 
-void CMainWnd::ResumeBattle()
+void CMainWnd::StayInBattle(const ReportRow&)
 {
     SetDrawing(true);
     Root()->SendMessage(MSG_REFRESH, DEST_LOGIC, 0, nullptr);
     PostCommand(CMD_RESUME);
 }
 
-void CMainWnd::StayInBattle() { ResumeBattle(); }
-
-void CMainWnd::LeaveNetwork()
+void CMainWnd::LeaveNetwork(const ReportRow&)
 {
     SetDrawing(true);
     PostCommand(CMD_RESUME);
     GetRootScene(m_pCore)->PostMessage(MSG_NET_DROP, DEST_LOGIC, 0, nullptr);
 }
 
-void CMainWnd::AbortNetGame()
+void CMainWnd::AbortNetGame(const ReportRow&)
 {
     SetDrawing(true);
     PostCommand(CMD_RESUME);

@@ -3,8 +3,8 @@
 
 #include "kernel/itfdialog.h"
 
-/// Modal from Create on. Posts ITFM_NOTIFY to its parent with RESULT_FIRST (OK) or RESULT_SECOND (cancel) and its
-/// own id, and stays: the parent reads the value and deletes it.
+/// Modal from Create on. Posts ITFM_NOTIFY to its parent with RESULT_FIRST (OK) or RESULT_SECOND (cancel) and
+/// its own id, and stays: the parent reads the value and deletes it.
 ///
 /// Section "EditBoxDlg", all controls optional.
 class CEditBoxDlg : public CItfDialog

@@ -1,6 +1,7 @@
 // CInterface: what each event of the logic opens.
 
 #include <cstring>
+#include <string>
 
 #include "flow/valuebox.h"
 #include "iengine.h"
@@ -21,10 +22,21 @@ const CInterface::EventRow CInterface::s_Events[] = {
     {EVENT_FULL_DISPLAY, &CInterface::EventFullDisplay},
 };
 
+namespace
+{
+
+// The event's text argument, which need not end in a zero.
+std::string TextOf(const ItfEvent& event)
+{
+    return {event.text, strnlen(event.text, sizeof event.text)};
+}
+
+} // namespace
+
 // Codes without a row do nothing.
 Word CInterface::RunEvent(const ItfEvent& event)
 {
-    if (m_mainWnd.GetId() == -1)
+    if (!EnsureMainWnd())
         return 0;
     for (const EventRow& row : s_Events) {
         if (row.code == event.code)
@@ -52,8 +64,7 @@ Word CInterface::EventVideo(const ItfEvent& event)
     ShowCursor(FALSE);
     m_pCore->SetInputMode(INPUT_FULLSCREEN_PICTURE);
     if (IVideo* video = ::GetVideo(m_pCore)) {
-        const std::string file(event.text, strnlen(event.text, sizeof event.text));
-        const int handle = video->OpenVideo(file.c_str(), VIDEO_FULLSCREEN);
+        const int handle = video->OpenVideo(TextOf(event).c_str(), VIDEO_FULLSCREEN);
         if (handle >= 0) {
             if (m_pPlayList != nullptr)
                 m_pPlayList->Stop(0);
@@ -74,20 +85,23 @@ Word CInterface::EventVideo(const ItfEvent& event)
     return 0;
 }
 
+// A box has to be seen and answered, whatever turned drawing off.
 Word CInterface::EventMessage(const ItfEvent& event)
 {
+    CItfWnd::SetDrawing(true);
     m_mainWnd.ShowMessage(event.value1);
     return 0;
 }
 
 Word CInterface::EventMissionBrief(const ItfEvent& event)
 {
-    m_mainWnd.ShowMissionBrief(event.text, event.value2 == 0);
+    m_mainWnd.ShowMissionBrief(TextOf(event).c_str(), event.value2 == 0);
     return 0;
 }
 
 Word CInterface::EventLeaveBattle(const ItfEvent&)
 {
+    CItfWnd::SetDrawing(true);
     m_mainWnd.AskLeaveBattle();
     return 0;
 }
@@ -106,10 +120,10 @@ Word CInterface::EventMessageBox(const ItfEvent& event)
     const Word* words = static_cast<const Word*>(event.object);
     if (words == nullptr)
         return 0;
-    CValueBox* box = m_mainWnd.MessageBox(reinterpret_cast<const char*>(words[BOX_FIRST]),
-                                          reinterpret_cast<const char*>(words[BOX_SECOND]), &m_mainWnd,
-                                          static_cast<int>(words[BOX_ID]),
-                                          static_cast<std::uint32_t>(words[BOX_STYLE]));
+    CItfWnd::SetDrawing(true);
+    CValueBox* box = m_mainWnd.MessageBox(
+        reinterpret_cast<const char*>(words[BOX_FIRST]), reinterpret_cast<const char*>(words[BOX_SECOND]),
+        &m_mainWnd, static_cast<int>(words[BOX_ID]), static_cast<std::uint32_t>(words[BOX_STYLE]));
     return reinterpret_cast<Word>(box);
 }
 

@@ -1,18 +1,25 @@
 #pragma once
-// The vocabulary of the front end's flow: dialog ids, result codes, menu items, and how dialogs open. Ids of
-// boxes and dialogs are what they report to CMainWnd with.
+// The vocabulary of the front end's flow: dialog ids, result codes, menu items, and the rules by which
+// dialogs open and close. Ids of boxes and dialogs are what they report to CMainWnd with.
 
 #include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "kernel/itfdialog.h"
+
+class CMainWnd;
 
 enum FlowDialogId : int {
     DLG_MAIN = 10,
     BOX_LEAVE_PROGRAM = 140,
     BOX_LEAVE_BATTLE = 360,
-    BOX_NET_LOST = 370, ///< the logic's own box: with 10 the player leaves the network, else he aborts the game
+    BOX_NET_LOST =
+        370, ///< the logic's own box: with 10 the player leaves the network, else he aborts the game
 };
 
 enum FlowResult : int {
-    RESULT_ANY = -1, ///< in a table: whatever no row above names
+    RESULT_ANY = -1,    ///< in a table: whatever no row above names
     RESULT_FIRST = 10,  ///< message box: first button (yes)
     RESULT_SECOND = 20, ///< message box: second button (no)
     RESULT_CLOSE = 200, ///< back to where the dialog came from
@@ -44,26 +51,80 @@ enum FlowText : int {
     TEXT_LEAVE_CAPTION = 13150,
 };
 
-/// What happens on the way to a new dialog.
-enum OpeningStep : unsigned {
-    OPEN_CLOSES_MAIN = 1,  ///< the main dialog goes first
-    OPEN_SWITCH_OFF = 2,   ///< drawing goes off before Create
-    OPEN_SHADES = 4,       ///< the shade effect runs
-    OPEN_REDRAWS_TOP = 8,  ///< the top window is invalidated, not the dialog alone
-    OPEN_TAKES_FOCUS = 16,
+/// The owner of one dialog; empty while it isn't open.
+class CDialogSlot
+{
+  public:
+    CItfDialog* Get() const { return m_pDialog.get(); }
+    bool IsOpen() const { return m_pDialog != nullptr; }
+    void Put(std::unique_ptr<CItfDialog> dialog) { m_pDialog = std::move(dialog); }
+    /// Deletes the dialog; the slot is empty from then on, also for what its destructor calls.
+    void Close() { std::unique_ptr<CItfDialog> gone = std::move(m_pDialog); }
+
+  private:
+    std::unique_ptr<CItfDialog> m_pDialog;
 };
 
-/// What follows when Create fails; the dialog's object is deleted in each case.
-enum class OpeningFailure {
-    Nothing,
+template <class Dialog>
+class CDialogSlotOf : public CDialogSlot
+{
+  public:
+    Dialog* Get() const { return static_cast<Dialog*>(CDialogSlot::Get()); }
+    Dialog* operator->() const { return Get(); }
+};
+
+/// How a table names a member of CMainWnd.
+using SlotOf = CDialogSlot& (*)(CMainWnd&);
+
+/// What happens before a dialog's Create.
+enum OpeningStart : unsigned {
+    START_CLOSES_MAIN = 1, ///< the main dialog goes, also when the new one is open already
+    START_SWITCH_OFF = 2,  ///< drawing goes off
+};
+
+/// What happens after it, in the order of the row.
+enum class OpeningStep : std::uint8_t {
+    End,
+    Shade, ///< the shade effect of the new dialog
+    Show,
+    RedrawTop, ///< the top window, and so everything
+    RedrawDialog,
+    Focus,
+    SwitchOn,      ///< drawing goes on
+    Cover,         ///< the callers of the row's cover rule are taken away
+    ShadeIfCovers, ///< with a caller taken away the shade, without one drawing on
+};
+
+/// What follows when Create fails; the dialog's object is deleted first.
+enum class OpeningFailure : std::uint8_t {
     MainDialog,         ///< the main dialog opens
-    SwitchOnMainDialog, ///< the same with drawing on
+    SwitchOnMainDialog, ///< drawing goes on, and the main dialog opens
+    SwitchOn,           ///< drawing goes on
+    SwitchOnCaller,     ///< drawing goes on, and the first caller shows again
     Resume,             ///< CMD_RESUME goes out
 };
 
+/// What closing a covering dialog does when no caller is open.
+enum class AloneAtClosing : std::uint8_t {
+    SwitchOnResume, ///< drawing goes on, CMD_RESUME goes out
+    SwitchOn,
+    Nothing,
+};
+
+/// For a dialog that covers another: its callers stay open and hidden under it.
+struct CoverRule {
+    static constexpr int MAX_CALLERS = 3;
+    SlotOf callers[MAX_CALLERS]; ///< in the order of the search, null behind the last
+    bool hidesAll;               ///< every open caller is taken away, else the first alone
+    AloneAtClosing alone;
+};
+
 struct OpeningRow {
+    static constexpr int MAX_STEPS = 6;
     int id;
     const char* windowName;
-    unsigned steps; ///< OpeningStep
+    unsigned start;               ///< OpeningStart
+    OpeningStep steps[MAX_STEPS]; ///< End behind the last
     OpeningFailure onFailure;
+    const CoverRule* cover = nullptr; ///< for Cover, ShadeIfCovers and SwitchOnCaller
 };

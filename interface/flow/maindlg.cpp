@@ -8,6 +8,7 @@
 #include "iengine.h"
 #include "ilogic.h"
 #include "itfrecords.h"
+#include "platform/system.h"
 
 namespace
 {
@@ -47,8 +48,12 @@ bool CMainDlg::Create(const char* caption, const char* sprite, const RECT* rect,
     if (!AddVersionText())
         return false;
     m_pMenu = GetControlAs<CItfMenu>(IDC_MENU);
-    if (m_pMenu == nullptr)
+    if (m_pMenu == nullptr) {
+        const std::string line = std::string(DIALOG_RESOURCE) + ": [" + SECTION + "] has no menu " +
+                                 std::to_string(IDC_MENU) + "\r\n";
+        OutputDebugStringA(line.c_str());
         throw static_cast<int>(RESERR_SYNTAX);
+    }
     return true;
 }
 
@@ -85,7 +90,17 @@ bool CMainDlg::AddVersionText()
     return true;
 }
 
-Word CMainDlg::OnNotify(std::uint32_t, std::int32_t) { return 0; }
+// A press gives the focus to the menu, a box takes it with it when it goes.
+void CMainDlg::OnTick(int)
+{
+    if (GetFocusId() != GetId())
+        SetFocus();
+}
+
+Word CMainDlg::OnNotify(std::uint32_t, std::int32_t)
+{
+    return 0;
+}
 
 Word CMainDlg::OnCommand(std::uint32_t first, std::int32_t second)
 {

@@ -16,8 +16,8 @@ class CVersionText : public CItfTextBox
     void OnTick(int) override { CItfTextBox::Draw(); }
 };
 
-/// Section "MainDlg"; must hold menu 10, or Create throws 1. Hands each item on to its parent with ITFM_COMMAND,
-/// and listens for the hidden code while it has the focus.
+/// Section "MainDlg"; must hold menu 10, or Create throws 1. Hands each item on to its parent with
+/// ITFM_COMMAND, and listens for the hidden code while it has the focus.
 class CMainDlg : public CItfDialog
 {
   public:
@@ -29,6 +29,8 @@ class CMainDlg : public CItfDialog
     ~CMainDlg() override;
     bool Create(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent, int ctrlId,
                 std::uint32_t style, IEngine* core) override;
+    /// Keeps the focus while no box is up.
+    void OnTick(int elapsed) override;
     const Row* GetMessageTable() const override;
 
   private:

@@ -4,8 +4,8 @@
 #include "flow/valuebox.h"
 #include "iengine.h"
 #include "isound.h"
-#include "kernel/nameloader.h"
 #include "keelworks/ds_file.h"
+#include "kernel/nameloader.h"
 #include "platform/system.h"
 
 namespace
@@ -16,18 +16,28 @@ constexpr char INTRO_CLIP[] = "video\\seawardenintro.ani";
 constexpr int LOGO_KIND = 0x200;
 constexpr int LOGO_MODE = 2;
 
-constexpr OpeningRow OPEN_MAIN = {DLG_MAIN, "MainDlg", OPEN_SHADES | OPEN_TAKES_FOCUS, OpeningFailure::Nothing};
+constexpr OpeningRow OPEN_MAIN = {
+    DLG_MAIN,
+    "MainDlg",
+    0,
+    {OpeningStep::Shade, OpeningStep::Show, OpeningStep::RedrawDialog, OpeningStep::Focus},
+    OpeningFailure::SwitchOn,
+};
 
 } // namespace
 
-// id, result, what follows. A report without a row does nothing.
+const SlotOf CMainWnd::s_Members[] = {
+    [](CMainWnd& wnd) -> CDialogSlot& { return wnd.m_pMainDlg; },
+};
+
+// id, result, member, what follows. A report without a row does nothing.
 const CMainWnd::ReportRow CMainWnd::s_Reports[] = {
-    {BOX_LEAVE_PROGRAM, RESULT_FIRST, &CMainWnd::LeaveProgram},
-    {BOX_LEAVE_PROGRAM, RESULT_ANY, &CMainWnd::StayInProgram},
-    {BOX_LEAVE_BATTLE, RESULT_FIRST, &CMainWnd::LeaveBattle},
-    {BOX_LEAVE_BATTLE, RESULT_ANY, &CMainWnd::StayInBattle},
-    {BOX_NET_LOST, RESULT_FIRST, &CMainWnd::LeaveNetwork},
-    {BOX_NET_LOST, RESULT_ANY, &CMainWnd::AbortNetGame},
+    {BOX_LEAVE_PROGRAM, RESULT_FIRST, nullptr, &CMainWnd::LeaveProgram},
+    {BOX_LEAVE_PROGRAM, RESULT_ANY, nullptr, &CMainWnd::StayInProgram},
+    {BOX_LEAVE_BATTLE, RESULT_FIRST, nullptr, &CMainWnd::LeaveBattle},
+    {BOX_LEAVE_BATTLE, RESULT_ANY, nullptr, &CMainWnd::StayInBattle},
+    {BOX_NET_LOST, RESULT_FIRST, nullptr, &CMainWnd::LeaveNetwork},
+    {BOX_NET_LOST, RESULT_ANY, nullptr, &CMainWnd::AbortNetGame},
 };
 
 const CMainWnd::MenuRow CMainWnd::s_MenuItems[] = {
@@ -41,7 +51,10 @@ CMainWnd::CMainWnd() = default;
 CMainWnd::~CMainWnd()
 {
     CloseAllDialogs();
-    // The windows that held these are gone; each sprite gives back the reference that it kept for later windows.
+    if (m_pRender2D == nullptr)
+        return;
+    // The windows that held these are gone; each sprite gives back the reference that it kept for later
+    // windows.
     for (std::size_t i = 0; i < Toolkit().sprites.size(); ++i)
         ReleaseSprite(static_cast<int>(i));
     ReleaseFont(m_nBtnFont);
@@ -60,6 +73,7 @@ const CItfWnd::Row* CMainWnd::GetMessageTable() const
 
 void CMainWnd::OnCreate()
 {
+    ReleaseFont(m_nBtnFont);
     m_nBtnFont = AcquireFont("itfBtnFont");
     ReadOptions();
 }
@@ -77,7 +91,8 @@ void CMainWnd::InitFirstTime()
             reinterpret_cast<ITextTable*>(Root()->SendMessage(MSG_GET_TEXT_TABLE, DEST_LOGIC, 0, nullptr));
         toolkit.virtualScreen = {0, 0, SCREEN_WIDTH, SCREEN_HEIGHT};
     } catch (int code) {
-        const std::string line = "Interface: first time init failed. Error code: " + std::to_string(code) + "\r\n";
+        const std::string line =
+            "Interface: first time init failed. Error code: " + std::to_string(code) + "\r\n";
         OutputDebugStringA(line.c_str());
         throw;
     } catch (const std::exception& error) {
@@ -90,7 +105,10 @@ void CMainWnd::InitFirstTime()
     }
 }
 
-IEngine* CMainWnd::Root() const { return m_pCore->GetScene(-1); }
+IEngine* CMainWnd::Root() const
+{
+    return m_pCore->GetScene(-1);
+}
 
 Word CMainWnd::OnMenuCommand(std::uint32_t control, std::int32_t item)
 {
@@ -107,13 +125,19 @@ Word CMainWnd::OnMenuCommand(std::uint32_t control, std::int32_t item)
 
 Word CMainWnd::OnDialogReport(std::uint32_t result, std::int32_t id)
 {
-    for (const ReportRow& row : s_Reports) {
-        if (row.id == id && (row.result == RESULT_ANY || row.result == static_cast<int>(result))) {
-            (this->*row.action)();
-            break;
+    RunReport(s_Reports, static_cast<int>(result), id);
+    return 0;
+}
+
+void CMainWnd::RunReport(std::span<const ReportRow> rows, int result, int id)
+{
+    for (const ReportRow& row : rows) {
+        if (row.id == id && (row.result == RESULT_ANY || row.result == result) &&
+            (row.member == nullptr || row.member(*this).IsOpen())) {
+            (this->*row.action)(row);
+            return;
         }
     }
-    return 0;
 }
 
 Word CMainWnd::OnKeyDown(std::uint32_t, std::int32_t)
@@ -123,47 +147,130 @@ Word CMainWnd::OnKeyDown(std::uint32_t, std::int32_t)
     return 0;
 }
 
-void CMainWnd::FinishOpening(CItfWnd& dialog, const OpeningRow& row)
+void CMainWnd::FinishOpening(CItfDialog& dialog, const OpeningRow& row)
 {
-    if ((row.steps & OPEN_SHADES) != 0)
-        dialog.Shade();
-    dialog.Show(true);
-    if ((row.steps & OPEN_REDRAWS_TOP) != 0)
-        Invalidate(nullptr);
-    else
-        dialog.Invalidate(nullptr);
-    if ((row.steps & OPEN_TAKES_FOCUS) != 0)
-        dialog.SetFocus();
+    bool covers = false;
+    for (const OpeningStep step : row.steps) {
+        switch (step) {
+        case OpeningStep::End:
+            return;
+        case OpeningStep::Shade:
+            dialog.Shade();
+            break;
+        case OpeningStep::Show:
+            dialog.Show(true);
+            break;
+        case OpeningStep::RedrawTop:
+            Invalidate(nullptr);
+            break;
+        case OpeningStep::RedrawDialog:
+            dialog.Invalidate(nullptr);
+            break;
+        case OpeningStep::Focus:
+            dialog.SetFocus();
+            break;
+        case OpeningStep::SwitchOn:
+            SetDrawing(true);
+            break;
+        case OpeningStep::Cover:
+            covers = TakeCallersAway(*row.cover);
+            break;
+        case OpeningStep::ShadeIfCovers:
+            if (covers)
+                dialog.Shade();
+            else
+                SetDrawing(true);
+            break;
+        }
+    }
 }
 
 void CMainWnd::FailOpening(const OpeningRow& row)
 {
-    switch (row.onFailure) {
-    case OpeningFailure::Nothing:
-        break;
-    case OpeningFailure::SwitchOnMainDialog:
-        SetDrawing(true);
-        [[fallthrough]];
-    case OpeningFailure::MainDialog:
-        ShowMainDlg(true);
-        break;
-    case OpeningFailure::Resume:
+    if (row.onFailure == OpeningFailure::Resume) {
         PostCommand(CMD_RESUME);
-        break;
+        return;
     }
+    if (row.onFailure != OpeningFailure::MainDialog)
+        SetDrawing(true);
+    if (row.onFailure == OpeningFailure::SwitchOnCaller) {
+        if (CItfDialog* caller = FirstCaller(*row.cover))
+            caller->Show(true);
+    } else if (row.onFailure != OpeningFailure::SwitchOn) {
+        ShowMainDlg(true);
+    }
+}
+
+// True when there was a caller to take away.
+bool CMainWnd::TakeCallersAway(const CoverRule& cover)
+{
+    bool found = false;
+    for (const SlotOf caller : cover.callers) {
+        if (caller == nullptr || !caller(*this).IsOpen())
+            continue;
+        caller(*this).Get()->Show(false);
+        found = true;
+        if (!cover.hidesAll)
+            break;
+    }
+    return found;
+}
+
+CItfDialog* CMainWnd::FirstCaller(const CoverRule& cover)
+{
+    for (const SlotOf caller : cover.callers) {
+        if (caller != nullptr && caller(*this).IsOpen())
+            return caller(*this).Get();
+    }
+    return nullptr;
+}
+
+void CMainWnd::Close(const ReportRow& row)
+{
+    row.member(*this).Close();
+}
+
+void CMainWnd::CloseToMain(const ReportRow& row)
+{
+    Close(row);
+    ShowMainDlg(true);
+    Invalidate(nullptr);
+}
+
+void CMainWnd::CloseAndSend(const ReportRow& row, int code)
+{
+    Close(row);
+    PostCommand(code);
+}
+
+void CMainWnd::Restore(const ReportRow& row)
+{
+    CItfDialog* caller = FirstCaller(*row.cover);
+    if (caller != nullptr)
+        SetDrawing(false);
+    Close(row);
+    if (caller != nullptr) {
+        caller->Show(true);
+        caller->Shade();
+        return;
+    }
+    if (row.cover->alone != AloneAtClosing::Nothing)
+        SetDrawing(true);
+    if (row.cover->alone == AloneAtClosing::SwitchOnResume)
+        PostCommand(CMD_RESUME);
+}
+
+CMainDlg* CMainWnd::GetMainDlg() const
+{
+    return m_pMainDlg.Get();
 }
 
 void CMainWnd::ShowMainDlg(bool show)
 {
-    if (!show) {
-        m_pMainDlg.reset();
-        return;
-    }
-    if (m_pMainDlg != nullptr)
-        return;
-    Open(m_pMainDlg, OPEN_MAIN, [this](CMainDlg& dialog) {
-        return dialog.Create(OPEN_MAIN.windowName, nullptr, nullptr, this, OPEN_MAIN.id, IWS_SHADE, m_pCore);
-    });
+    if (show)
+        Open(m_pMainDlg, OPEN_MAIN);
+    else
+        m_pMainDlg.Close();
 }
 
 void CMainWnd::ShowMissionBrief(const char*, bool direct)
@@ -177,7 +284,11 @@ void CMainWnd::ShowMessage(int number)
     MessageBox(GetResString(number), GetResString(TEXT_MESSAGE_CAPTION), nullptr, 0, 0);
 }
 
-void CMainWnd::CloseAllDialogs() { m_pMainDlg.reset(); }
+void CMainWnd::CloseAllDialogs()
+{
+    for (const SlotOf member : s_Members)
+        member(*this).Close();
+}
 
 void CMainWnd::PlayIntro()
 {
@@ -190,6 +301,9 @@ void CMainWnd::PlayIntro()
 
 void CMainWnd::AskLeaveProgram()
 {
+    // Two presses in one frame come here twice.
+    if (FindWindow(GetModalId()) != nullptr)
+        return;
     PaintFullScreen("itfFade2");
     MessageBox(GetResString(TEXT_LEAVE_QUESTION), GetResString(TEXT_LEAVE_CAPTION), this, BOX_LEAVE_PROGRAM,
                CValueBox::STYLE_YES_NO);
@@ -201,9 +315,9 @@ void CMainWnd::SendSecret()
     PostCommand(CMD_SECRET);
 }
 
-void CMainWnd::StayInProgram()
+void CMainWnd::StayInProgram(const ReportRow&)
 {
     Invalidate(nullptr);
-    if (m_pMainDlg != nullptr)
+    if (m_pMainDlg.IsOpen())
         m_pMainDlg->SetFocus();
 }

@@ -2,7 +2,7 @@
 // The top window of the tree and the state machine of the front end.
 
 #include <memory>
-#include <string>
+#include <span>
 
 #include "flow/flow.h"
 #include "ilogic.h"
@@ -11,12 +11,13 @@
 
 class CMainDlg;
 
-/// Shows nothing of its own: owns one member for each dialog, opens dialogs, is told how each ended, and turns
-/// that into the next dialog or a command to the logic. Its state is the set of members that aren't null.
+/// Shows nothing of its own: owns one member for each dialog, opens dialogs, is told how each ended, and
+/// turns that into the next dialog or a command to the logic. Its state is the set of members that aren't
+/// null.
 ///
-/// A dialog reports with Notify (its object is deleted in the call) or, when it has more to do afterwards, with
-/// PostToParent. The tables of mainwnd.cpp hold every id, result and action; docs/architecture.md tells how a
-/// dialog joins them.
+/// A dialog reports with Notify (its object is deleted in the call) or, when it has more to do afterwards,
+/// with PostToParent. The tables of mainwnd.cpp hold every id, result and action; docs/architecture.md tells
+/// how a dialog joins them.
 class CMainWnd : public CItfWnd
 {
   public:
@@ -49,27 +50,54 @@ class CMainWnd : public CItfWnd
     /// False when there is no picture to show.
     bool ShowExitPicture();
 
-    CMainDlg* GetMainDlg() const { return m_pMainDlg.get(); }
+    /// Null while it isn't open.
+    CMainDlg* GetMainDlg() const;
     const ItfCommand& GetCommand() const { return m_Command; }
     ItfOptions& GetOptions() { return m_Options; }
 
   protected:
-    /// The common way to open a dialog. Nothing when the slot holds one; otherwise makes a Dialog, and calls
-    /// create(dialog) for its Create. Gives the dialog, null when it isn't there afterwards.
-    template <class Dialog, class CreateDialog>
-    Dialog* Open(std::unique_ptr<Dialog>& slot, const OpeningRow& row, CreateDialog create);
-
-  private:
-    using ReportAction = void (CMainWnd::*)();
+    struct ReportRow;
+    using ReportAction = void (CMainWnd::*)(const ReportRow& row);
     struct ReportRow {
         int id;
-        int result; ///< FlowResult; RESULT_ANY stands below the rows that name one
+        int result;    ///< FlowResult; RESULT_ANY stands below the rows that name one
+        SlotOf member; ///< the row applies while this dialog is open; null for boxes, which have no member
         ReportAction action;
+        int argument = 0; ///< of the action: a command
+        const CoverRule* cover = nullptr;
     };
+
+    /// The common way to open a dialog: makes a Dialog and calls its Create with the row's name and id, this
+    /// window as parent, and the further arguments. Gives the dialog when it has opened now; null when it was
+    /// open already or can't be created. A Create that throws leaves the dialog in its slot, out of the
+    /// window table.
+    template <class Dialog, class... Arguments>
+    Dialog* Open(CDialogSlotOf<Dialog>& slot, const OpeningRow& row, Arguments... arguments)
+    {
+        return OpenMade(
+            slot, row, [] { return std::make_unique<Dialog>(); }, arguments...);
+    }
+    /// The same for a dialog whose constructor has arguments: make() gives the object.
+    template <class Dialog, class Make, class... Arguments>
+    Dialog* OpenMade(CDialogSlotOf<Dialog>& slot, const OpeningRow& row, Make make, Arguments... arguments);
+
+    /// Runs the first of the rows that names id and result and whose member is open.
+    void RunReport(std::span<const ReportRow> rows, int result, int id);
+
+    // Actions of reports, for any dialog.
+    void Close(const ReportRow& row);
+    void CloseToMain(const ReportRow& row);
+    void CloseAndResume(const ReportRow& row) { CloseAndSend(row, CMD_RESUME); }
+    void CloseAndPost(const ReportRow& row) { CloseAndSend(row, row.argument); }
+    /// Brings back what the dialog covered.
+    void Restore(const ReportRow& row);
+
+  private:
     struct MenuRow {
         int item; ///< MainMenuItem
-        ReportAction action;
+        void (CMainWnd::*action)();
     };
+    static const SlotOf s_Members[];
     static const ReportRow s_Reports[];
     static const MenuRow s_MenuItems[];
 
@@ -80,41 +108,44 @@ class CMainWnd : public CItfWnd
     void PlayIntro();
     void AskLeaveProgram();
     void SendSecret();
-    void LeaveProgram();
-    void StayInProgram();
-    void LeaveBattle();
-    void StayInBattle();
-    void LeaveNetwork();
-    void AbortNetGame();
+    void LeaveProgram(const ReportRow& row);
+    void StayInProgram(const ReportRow& row);
+    void LeaveBattle(const ReportRow& row);
+    void StayInBattle(const ReportRow& row);
+    void LeaveNetwork(const ReportRow& row);
+    void AbortNetGame(const ReportRow& row);
 
-    void FinishOpening(CItfWnd& dialog, const OpeningRow& row);
+    void FinishOpening(CItfDialog& dialog, const OpeningRow& row);
     void FailOpening(const OpeningRow& row);
+    bool TakeCallersAway(const CoverRule& cover);
+    CItfDialog* FirstCaller(const CoverRule& cover);
+    void CloseAndSend(const ReportRow& row, int code);
     void Quit();
-    void ResumeBattle();
     IEngine* Root() const;
 
-    std::unique_ptr<CMainDlg> m_pMainDlg;
+    CDialogSlotOf<CMainDlg> m_pMainDlg;
     ItfCommand m_Command;
     ItfOptions m_Options = {};
     int m_nBtnFont = -1;
     bool m_bExitPicture = false; ///< the closing picture is up: any key ends the program
 };
 
-template <class Dialog, class CreateDialog>
-Dialog* CMainWnd::Open(std::unique_ptr<Dialog>& slot, const OpeningRow& row, CreateDialog create)
+template <class Dialog, class Make, class... Arguments>
+Dialog* CMainWnd::OpenMade(CDialogSlotOf<Dialog>& slot, const OpeningRow& row, Make make,
+                           Arguments... arguments)
 {
-    if ((row.steps & OPEN_CLOSES_MAIN) != 0)
+    if ((row.start & START_CLOSES_MAIN) != 0)
         ShowMainDlg(false);
-    if (slot != nullptr)
-        return slot.get();
-    slot = std::make_unique<Dialog>();
-    if ((row.steps & OPEN_SWITCH_OFF) != 0)
+    if (slot.IsOpen())
+        return nullptr;
+    slot.Put(make());
+    if ((row.start & START_SWITCH_OFF) != 0)
         SetDrawing(false);
-    if (!create(*slot)) {
-        slot.reset();
+    if (!slot->Create(row.windowName, nullptr, nullptr, this, row.id, IWS_SHADE, m_pCore, arguments...)) {
+        slot.Close();
         FailOpening(row);
         return nullptr;
     }
-    FinishOpening(*slot, row);
-    return slot.get();
+    FinishOpening(*slot.Get(), row);
+    return slot.Get();
 }

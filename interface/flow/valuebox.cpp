@@ -27,7 +27,6 @@ bool CValueBox::Create(const char* first, const char* second, CItfWnd* parent, i
     if (!CreateFromResource("ValueBox", nullptr, &BOX_RECT, parent, id, style, core, section))
         return false;
     m_nOldModal = GetModalId();
-    SetModal();
     SetBoxText(*this, IDC_CAPTION, second);
     SetBoxText(*this, IDC_MESSAGE, first);
     if (CItfWnd* button = GetControl(IDC_FIRST)) {
@@ -36,6 +35,7 @@ bool CValueBox::Create(const char* first, const char* second, CItfWnd* parent, i
         if ((style & STYLE_NO_BUTTON) != 0)
             button->Hide(true);
     }
+    SetModal(); // last: the handler of a lost focus may close this box
     return true;
 }
 
@@ -54,6 +54,19 @@ const CItfWnd::Row* CValueBox::GetMessageTable() const
     return rows;
 }
 
+// The window that was modal before; if it has gone meanwhile, the newest of the boxes that are left.
+int CValueBox::ModalBehind() const
+{
+    if (FindWindow(m_nOldModal) != nullptr)
+        return m_nOldModal;
+    const std::vector<WindowEntry>& windows = Toolkit().windows;
+    for (auto entry = windows.rbegin(); entry != windows.rend(); ++entry) {
+        if (entry->wnd != this && dynamic_cast<CValueBox*>(entry->wnd) != nullptr)
+            return entry->id;
+    }
+    return -1;
+}
+
 Word CValueBox::OnNotify(std::uint32_t code, std::int32_t id)
 {
     if (code != NOTIFY_CLICKED)
@@ -62,21 +75,25 @@ Word CValueBox::OnNotify(std::uint32_t code, std::int32_t id)
         const FlowResult answer = id == IDC_FIRST ? RESULT_FIRST : RESULT_SECOND;
         PostToParent(ITFM_NOTIFY, static_cast<std::uint32_t>(answer), m_nCtrlId);
     }
-    // A window that has gone meanwhile would hold the input for ever.
-    SetModalId(FindWindow(m_nOldModal) != nullptr ? m_nOldModal : -1);
+    SetModalId(ModalBehind());
     Destroy();
     RedrawAll();
     return 0;
 }
 
-CValueBox* CItfWnd::MessageBox(const char* first, const char* second, CItfWnd* parent, int id, std::uint32_t style)
+CValueBox* CItfWnd::MessageBox(const char* first, const char* second, CItfWnd* parent, int id,
+                               std::uint32_t style)
 {
     auto* box = new CValueBox;
+    const int boxId = Toolkit().nextWindowId;
     if (!box->Create(first, second, parent, id, style, m_pCore)) {
         delete box;
         return nullptr;
     }
-    box->Show(true);
-    box->Invalidate(nullptr);
-    return box;
+    // Handlers that ran meanwhile may have closed it.
+    if (FindWindow(boxId) == box) {
+        box->Show(true);
+        box->Invalidate(nullptr);
+    }
+    return FindWindow(boxId) == box ? box : nullptr;
 }

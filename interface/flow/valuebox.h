@@ -3,9 +3,9 @@
 
 #include "kernel/itfdialog.h"
 
-/// A message, a caption and one or two buttons, modal from Create on. Posts ITFM_NOTIFY to its parent (if it has
-/// one) with RESULT_FIRST or RESULT_SECOND and its own id, gives the input back to the window that was modal
-/// before, and deletes itself: a holder gives its pointer up when the answer comes.
+/// A message, a caption and one or two buttons, modal from Create on. Posts ITFM_NOTIFY to its parent (if it
+/// has one) with RESULT_FIRST or RESULT_SECOND and its own id, gives the input back to the window that was
+/// modal before, and deletes itself: a holder gives its pointer up when the answer comes.
 ///
 /// Sections "MessageBoxDlg" and "MessageBoxYesNoDlg", all controls optional.
 class CValueBox : public CItfDialog
@@ -26,13 +26,15 @@ class CValueBox : public CItfDialog
     ~CValueBox() override;
     using CItfWnd::Create;
     /// Both texts are copied; null is an empty text.
-    bool Create(const char* first, const char* second, CItfWnd* parent, int id, std::uint32_t style, IEngine* core);
+    bool Create(const char* first, const char* second, CItfWnd* parent, int id, std::uint32_t style,
+                IEngine* core);
     /// Deletes the object.
     void OnDestroy() override;
     const Row* GetMessageTable() const override;
 
   private:
     Word OnNotify(std::uint32_t code, std::int32_t id);
+    int ModalBehind() const;
 
     int m_nOldModal = -1; ///< the modal window when this one opened
 };

@@ -81,7 +81,7 @@ class IEngine
     /// A subsystem by its id; (0, 0) the current scene's IEngine or null, (-1, 0) the root's IEngine,
     /// (scene, 2) a scene's render object. Null when there is none. Not owned by the caller.
     virtual void* GetSubsystem(int id, int kind = 0) = 0;
-    /// A scene's engine, -1 for the root; null when there is none.
+    /// A scene's engine, null when there is none; -1 is the root, which is always there.
     virtual IEngine* GetScene(int id) = 0;
     virtual int CreateScene(int flags) = 0;
     virtual void DestroyScene(int id) = 0;
@@ -115,8 +115,9 @@ class IEngine
     /// The record may be written to; null when there is no such viewport.
     virtual ViewportRecord* GetViewport(int id) = 0;
 
-    /// Runs the receiver at once and gives its result, 0 when there is none. `format` is null, or has a letter
-    /// for each value: `l` one word, `s` a size with the terminating zero and an address, whose text is copied.
+    /// Runs the receiver at once and gives its result, 0 when there is none. `format` is null, or has a
+    /// letter for each value: `l` one word, `s` a size with the terminating zero and an address, whose text
+    /// is copied.
     template <class... Values>
     Word SendMessage(int number, int destination, int extra, const char* format, Values... values)
     {
@@ -136,7 +137,8 @@ class IEngine
                            std::span<const Word> values) = 0;
 
   private:
-    template <class T> static Word ToWord(T value)
+    template <class T>
+    static Word ToWord(T value)
     {
         if constexpr (std::is_pointer_v<T>)
             return reinterpret_cast<Word>(value);
@@ -158,5 +160,11 @@ inline IVideo* GetVideo(IEngine* core)
 {
     return static_cast<IVideo*>(core->GetSubsystem(core->GetSubsystemId(SUBSYSTEM_VIDEO)));
 }
-inline IEngine* GetCurrentScene(IEngine* core) { return static_cast<IEngine*>(core->GetSubsystem(0, 0)); }
-inline IEngine* GetRootScene(IEngine* core) { return static_cast<IEngine*>(core->GetSubsystem(-1, 0)); }
+inline IEngine* GetCurrentScene(IEngine* core)
+{
+    return static_cast<IEngine*>(core->GetSubsystem(0, 0));
+}
+inline IEngine* GetRootScene(IEngine* core)
+{
+    return static_cast<IEngine*>(core->GetSubsystem(-1, 0));
+}

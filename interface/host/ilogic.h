@@ -44,7 +44,8 @@ class IProfileStore
     virtual ~IProfileStore() = default;
     /// value: std::int32_t for "l", std::uint32_t for "x", const char* for "s". False when it can't be kept.
     virtual bool Write(const char* key, const char* format, const void* value) = 0;
-    /// Leaves `out` (int32, uint32, or char[260] for "s") as it was and gives false when there is no such key.
+    /// Leaves `out` (int32, uint32, or char[260] for "s") as it was and gives false when there is no such
+    /// key.
     virtual bool Read(const char* key, const char* format, void* out) = 0;
     /// Later calls mean this section; `create` 1 makes it when it doesn't exist.
     virtual bool SelectSection(const char* name, int create) = 0;
@@ -67,7 +68,7 @@ struct GameHeader {
 struct ScenarioInfo {
     std::int32_t nPlayerSide;
     std::uint8_t reserved0[0x2a];
-    char szPath[260];  ///< of the scenario file
+    char szPath[260]; ///< of the scenario file
     char szTitle[260];
 };
 #pragma pack(pop)

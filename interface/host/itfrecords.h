@@ -6,28 +6,28 @@
 
 /// Messages of the entity frame.
 enum ItfMessage : int {
-    MSG_QUIT = 0x0b,                 ///< to DEST_HOST: ends the program
-    MSG_SHADE_START = 0x0d,          ///< to the shader, "llllll": -1, 0, time, entity to tell, its message, -1
-    MSG_ITF_START = 14,              ///< "l" ItfEvent*: the first start
-    MSG_ENTITY_START = 14,           ///< to "logo", "ll": clip's path, mode
+    MSG_QUIT = 0x0b,        ///< to DEST_HOST: ends the program
+    MSG_SHADE_START = 0x0d, ///< to the shader, "llllll": -1, 0, time, entity to tell, its message, -1
+    MSG_ITF_START = 14,     ///< "l" ItfEvent*: the first start
+    MSG_ENTITY_START = 14,  ///< to "logo", "ll": clip's path, mode
     MSG_CAMERA_UI_ON = 0x41e,
     MSG_CAMERA_UI_OFF = 0x41f,
-    MSG_LOGIC_STOP = 0x100e,         ///< to the scene's entity "logic"
-    MSG_ITF_EVENT = 15000,           ///< "l" ItfEvent*
+    MSG_LOGIC_STOP = 0x100e, ///< to the scene's entity "logic"
+    MSG_ITF_EVENT = 15000,   ///< "l" ItfEvent*
     MSG_ITF_SHADE_DONE = 15010,
     MSG_ITF_CLOSE_ALL = 15020,
     MSG_ITF_PROGRESS_OPEN = 15021,
-    MSG_ITF_PROGRESS_SET = 15022,    ///< "ll": percent, unused
-    MSG_GET_PROFILE = 11000,         ///< "l" ProfileStore; gives IProfileStore*
-    MSG_ITF_COMMAND = 0x2b0c,        ///< "l" ItfCommand*, posted
-    MSG_NO_LOGIC = 0x2b20,           ///< "l" -1, posted
-    MSG_LOGIC_STOPPED = 0x2b3e,      ///< "l" std::int32_t[2]: 90, 0
-    MSG_GET_GAME_STATE = 0x2b70,     ///< gives IGameState* or null
-    MSG_GET_TEXT_TABLE = 0x2ba2,     ///< gives ITextTable*
-    MSG_GET_PLAYLIST = 0x2bb6,       ///< gives IPlayList*
-    MSG_SET_DISPLAY_MODE = 0x2bc0,   ///< "ll": width, height
-    MSG_GET_NET = 0x2bca,            ///< gives INetCore*
-    MSG_REFRESH = 0x5e1a,            ///< settings have changed, or the battle goes on
+    MSG_ITF_PROGRESS_SET = 15022,  ///< "ll": percent, unused
+    MSG_GET_PROFILE = 11000,       ///< "l" ProfileStore; gives IProfileStore*
+    MSG_ITF_COMMAND = 0x2b0c,      ///< "l" ItfCommand*, posted
+    MSG_NO_LOGIC = 0x2b20,         ///< "l" -1, posted
+    MSG_LOGIC_STOPPED = 0x2b3e,    ///< "l" std::int32_t[2]: 90, 0
+    MSG_GET_GAME_STATE = 0x2b70,   ///< gives IGameState* or null
+    MSG_GET_TEXT_TABLE = 0x2ba2,   ///< gives ITextTable*
+    MSG_GET_PLAYLIST = 0x2bb6,     ///< gives IPlayList*
+    MSG_SET_DISPLAY_MODE = 0x2bc0, ///< "ll": width, height
+    MSG_GET_NET = 0x2bca,          ///< gives INetCore*
+    MSG_REFRESH = 0x5e1a,          ///< settings have changed, or the battle goes on
     MSG_NET_DROP = 0x857a,
 };
 
@@ -79,13 +79,13 @@ enum ItfCommandCode : int {
 #pragma pack(push, 1)
 struct ItfCommand {
     std::int32_t code = 0;
-    std::int32_t nSide = 0;        ///< side that the player takes, 0 or 1
-    std::int32_t nNotSideA = 0;    ///< 1 when the player doesn't take the first side
+    std::int32_t nSide = 0;     ///< side that the player takes, 0 or 1
+    std::int32_t nNotSideA = 0; ///< 1 when the player doesn't take the first side
     std::int32_t nNotSideB = 0;
     std::int32_t nDifficulty = 0;  ///< 0 to 2
     std::int32_t nOptionValue = 0; ///< 0, 1, 2, 4, 8, 16 or 32
     std::uint8_t bBriefFlag = 0;
-    char szPath[263] = {};         ///< scenario or campaign file, NUL-terminated
+    char szPath[263] = {}; ///< scenario or campaign file, NUL-terminated
 };
 
 /// What the logic tells the front end. The same size as a command, another layout.
@@ -116,8 +116,8 @@ struct ItfOptions {
     std::int32_t nChoiceD;
     float fBrightness; ///< 0 to 2
     std::int32_t reserved1;
-    float fRange;      ///< 10 to 50
-    float fLevelA;     ///< 0 to 1
+    float fRange;  ///< 10 to 50
+    float fLevelA; ///< 0 to 1
     float fLevelB;
     float fLevelC;
     std::uint32_t nFlags;

@@ -4,7 +4,7 @@
 
 /// Bits of IVideo::OpenVideo's flags.
 enum VideoFlags : int {
-    VIDEO_FULLSCREEN = 6,  ///< as the logic's videos are played
+    VIDEO_FULLSCREEN = 6,   ///< as the logic's videos are played
     VIDEO_IN_DIALOG = 0x16, ///< as a video box plays its clip
     VIDEO_LOOP = 8,
 };

@@ -24,18 +24,21 @@ struct StyleName {
 
 // The same bit means different things in different classes; a class reads only its own names.
 constexpr StyleName STYLE_NAMES[] = {
-    {"ITFBTSTYLE_MANUAL", 0x100000},   {"TBSTYLE_CENTERED", 0x30000},     {"TBSTYLE_CENTER_VERT", 0x20000},
-    {"TBSTYLE_CENTER_HOR", 0x10000},   {"TBSTYLE_NOVSCROLL", 0x40000},    {"TBSTYLE_HASCAPTION", 0x80000},
-    {"TBSTYLE_CAPTIONRIGHT", 0x100000}, {"TBSTYLE_ALIGNRIGHT", 0x200000}, {"LBSTYLE_NOSELECT", 0x10000000},
-    {"LBSTYLE_RIGHT", 0x80000000},     {"LBSTYLE_CENTER", 0x40000000},    {"RBSTYLE_NOSELECT", 0x1000000},
-    {"RBSTYLE_NOSORT", 0x4000000},     {"RBCOL_RIGHT", 0x80000000},       {"RBCOL_CENTER", 0x40000000},
-    {"RBCOL_NUMBER", 0x2000000},       {"RBCOL_FILEDIR", 0x8000000},      {"IWS_SHADE", IWS_SHADE},
-    {"IWS_BK_KEYCOLOR", IWS_BK_KEYCOLOR}, {"VSTYLE_LOOP", 0x10000},       {"IWS_VSCROLL", IWS_VSCROLL},
-    {"SBSTYLE_NOARROWS", 0x20000},     {"EDS_READONLY", 0x20000},
+    {"ITFBTSTYLE_MANUAL", 0x100000},      {"TBSTYLE_CENTERED", 0x30000},    {"TBSTYLE_CENTER_VERT", 0x20000},
+    {"TBSTYLE_CENTER_HOR", 0x10000},      {"TBSTYLE_NOVSCROLL", 0x40000},   {"TBSTYLE_HASCAPTION", 0x80000},
+    {"TBSTYLE_CAPTIONRIGHT", 0x100000},   {"TBSTYLE_ALIGNRIGHT", 0x200000}, {"LBSTYLE_NOSELECT", 0x10000000},
+    {"LBSTYLE_RIGHT", 0x80000000},        {"LBSTYLE_CENTER", 0x40000000},   {"RBSTYLE_NOSELECT", 0x1000000},
+    {"RBSTYLE_NOSORT", 0x4000000},        {"RBCOL_RIGHT", 0x80000000},      {"RBCOL_CENTER", 0x40000000},
+    {"RBCOL_NUMBER", 0x2000000},          {"RBCOL_FILEDIR", 0x8000000},     {"IWS_SHADE", IWS_SHADE},
+    {"IWS_BK_KEYCOLOR", IWS_BK_KEYCOLOR}, {"VSTYLE_LOOP", 0x10000},         {"IWS_VSCROLL", IWS_VSCROLL},
+    {"SBSTYLE_NOARROWS", 0x20000},        {"EDS_READONLY", 0x20000},
 };
 
 // A name that may be left out is an empty string in the resource and null in the code.
-const char* OrNull(const std::string& name) { return name.empty() ? nullptr : name.c_str(); }
+const char* OrNull(const std::string& name)
+{
+    return name.empty() ? nullptr : name.c_str();
+}
 
 bool HasName(const std::vector<NameRow>& map, const std::string& name)
 {
@@ -90,10 +93,16 @@ void CDialogLoader::ReadRecord()
     Fail(RESERR_SYNTAX, "unknown keyword \"" + keyword.substr(0, 40) + "\"");
 }
 
-void CDialogLoader::ReadButton() { ReadButtonRecord(KIND_BUTTON, 0); }
+void CDialogLoader::ReadButton()
+{
+    ReadButtonRecord(KIND_BUTTON, 0);
+}
 
 // A check box is listed as a button.
-void CDialogLoader::ReadCheckBox() { ReadButtonRecord(KIND_BUTTON, BTSTYLE_CHECKBOX); }
+void CDialogLoader::ReadCheckBox()
+{
+    ReadButtonRecord(KIND_BUTTON, BTSTYLE_CHECKBOX);
+}
 
 void CDialogLoader::ReadButtonRecord(int kind, std::uint32_t addedStyle)
 {
@@ -107,8 +116,8 @@ void CDialogLoader::ReadButtonRecord(int kind, std::uint32_t addedStyle)
 
     std::unique_ptr<CItfButton> button =
         addedStyle != 0 ? std::unique_ptr<CItfButton>(Allocate<CItfCheckBox>()) : Allocate<CItfButton>();
-    Require(button->Create(text.c_str(), &rects.window, &m_Dialog, id, style, m_Dialog.GetCore(), OrNull(down),
-                           OrNull(up)),
+    Require(button->Create(text.c_str(), &rects.window, &m_Dialog, id, style, m_Dialog.GetCore(),
+                           OrNull(down), OrNull(up)),
             "button");
     button->SetInnerRect(rects.inner);
     if (!font.empty())
@@ -221,6 +230,7 @@ void CDialogLoader::ReadMenuItem()
 
 std::string CDialogLoader::ReadString(std::size_t size)
 {
+    CheckNotEnded();
     char buffer[TEXT_FIELD];
     Check(m_Parser.ReadFileName(buffer, size));
     return buffer;
@@ -250,14 +260,13 @@ std::uint32_t CDialogLoader::ReadStyle()
 void CDialogLoader::ReadComma()
 {
     if (m_Parser.SkipSpace(false) != ',')
-        Fail(RESERR_SYNTAX, "expected a comma");
+        Tell("expected a comma: what stands before the next one is passed over");
     Check(m_Parser.SkipTillChar(','));
 }
 
 int CDialogLoader::ReadInt()
 {
-    if (m_bEnded)
-        Fail(RESERR_SYNTAX, "the section ends within a record");
+    CheckNotEnded();
     int value = 0;
     Check(m_Parser.ReadIntElem(',', '}', value, m_bEnded));
     return value;
@@ -285,7 +294,8 @@ CDialogLoader::Rects CDialogLoader::ReadRects()
     return rects;
 }
 
-template <class T> std::unique_ptr<T> CDialogLoader::Allocate()
+template <class T>
+std::unique_ptr<T> CDialogLoader::Allocate()
 {
     std::unique_ptr<T> control(new (std::nothrow) T);
     if (control == nullptr)
@@ -296,7 +306,14 @@ template <class T> std::unique_ptr<T> CDialogLoader::Allocate()
 void CDialogLoader::Require(bool created, const char* what)
 {
     if (!created)
-        Fail(RESERR_CREATE, std::string("this ") + what + " can't be created: too many windows, or no sprite");
+        Fail(RESERR_CREATE,
+             std::string("this ") + what + " can't be created: too many windows, or no sprite");
+}
+
+void CDialogLoader::CheckNotEnded()
+{
+    if (m_bEnded)
+        Fail(RESERR_SYNTAX, "the section ends within a record");
 }
 
 void CDialogLoader::Check(bool read)
@@ -310,15 +327,18 @@ void CDialogLoader::WarnMissing(const std::vector<NameRow>& map, const std::stri
 {
     if (name.empty() || HasName(map, name))
         return;
-    const std::string line = std::string(DIALOG_RESOURCE) + "(" + std::to_string(m_Parser.GetLine()) + "): the " +
-                             kind + " \"" + name + "\" isn't in itfnames.ini\r\n";
+    Tell(std::string("the ") + kind + " \"" + name + "\" isn't in itfnames.ini");
+}
+
+void CDialogLoader::Tell(const std::string& text)
+{
+    const std::string line = std::string(DIALOG_RESOURCE) + "(" + std::to_string(m_Parser.GetLine()) +
+                             "): [" + m_szSection + "] " + text + "\r\n";
     OutputDebugStringA(line.c_str());
 }
 
 void CDialogLoader::Fail(ItfResourceError code, const std::string& text)
 {
-    const std::string line = std::string(DIALOG_RESOURCE) + "(" + std::to_string(m_Parser.GetLine()) + "): [" +
-                             m_szSection + "] " + text + "\r\n";
-    OutputDebugStringA(line.c_str());
+    Tell(text);
     throw static_cast<int>(code);
 }

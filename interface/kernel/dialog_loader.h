@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "kernel/itfdialog.h"
 #include "keelworks/text_parser.h"
+#include "kernel/itfdialog.h"
 
 /// Coordinates, sizes and other numbers of a rectangle in a resource lie within this, on both sides of 0.
 constexpr int MAX_RESOURCE_COORDINATE = 16383;
@@ -54,10 +54,14 @@ class CDialogLoader
     RECT ReadRect();
     Rects ReadRects();
 
-    template <class T> std::unique_ptr<T> Allocate();
+    template <class T>
+    std::unique_ptr<T> Allocate();
     void Require(bool created, const char* what);
     void Check(bool read);
+    void CheckNotEnded();
     void WarnMissing(const std::vector<NameRow>& map, const std::string& name, const char* kind);
+    /// A line with file and line number to the debug output.
+    void Tell(const std::string& text);
     [[noreturn]] void Fail(ItfResourceError code, const std::string& text);
 
     CItfDialog& m_Dialog;

@@ -20,9 +20,9 @@ constexpr int TIMER_RATE_INTERFACE = 2;
 constexpr int TIMER_RATE_DEFAULT = 100;
 
 /// Dialogs over a running battle: they leave its display mode alone.
-constexpr int BATTLE_EVENTS[] = {EVENT_SCENARIO_STATUS, EVENT_HELP,         EVENT_SAVE,
-                                 EVENT_LOAD,            EVENT_SHIP_PREVIEW, EVENT_OPTIONS,
-                                 EVENT_SUBMARINE_PREVIEW, EVENT_BALLOON_PREVIEW};
+constexpr int BATTLE_EVENTS[] = {
+    EVENT_SCENARIO_STATUS,   EVENT_HELP,           EVENT_SAVE, EVENT_LOAD, EVENT_SHIP_PREVIEW, EVENT_OPTIONS,
+    EVENT_SUBMARINE_PREVIEW, EVENT_BALLOON_PREVIEW};
 
 bool IsBattleEvent(int code)
 {
@@ -41,7 +41,8 @@ std::int32_t PackPoint(const POINT& point)
     return static_cast<std::int32_t>(x | (y << 16));
 }
 
-// The last window of the table that the point hits and the modal window lets through; null when there is none.
+// The last window of the table that the point hits and the modal window lets through; null when there is
+// none.
 CItfWnd* WindowAt(const POINT& point)
 {
     const std::vector<WindowEntry>& windows = Toolkit().windows;
@@ -57,7 +58,10 @@ CItfWnd* WindowAt(const POINT& point)
 
 } // namespace
 
-extern "C" Entity* CreateEntity(char*) { return new (std::nothrow) CInterface; }
+extern "C" Entity* CreateEntity(char*)
+{
+    return new (std::nothrow) CInterface;
+}
 
 CInterface::CInterface() = default;
 
@@ -95,8 +99,8 @@ Word CInterface::Init(IEngine* core)
     m_pRender2D = ::GetRender2D(core);
     if (m_pRender2D == nullptr)
         return 0;
-    if (IEngine* root = core->GetScene(-1))
-        m_pPlayList = reinterpret_cast<IPlayList*>(root->SendMessage(MSG_GET_PLAYLIST, DEST_LOGIC, 0, nullptr));
+    m_pPlayList = reinterpret_cast<IPlayList*>(
+        core->GetScene(-1)->SendMessage(MSG_GET_PLAYLIST, DEST_LOGIC, 0, nullptr));
     if (m_pPlayList != nullptr && m_pPlayList->GetCurrent() < 0) {
         m_pPlayList->Select(0, 1);
         m_pPlayList->Play(0);
@@ -109,8 +113,8 @@ Word CInterface::Init(IEngine* core)
 
     SYSTEMTIME now;
     GetLocalTime(&now);
-    Toolkit().randomSeed = static_cast<std::uint32_t>(((now.wHour * 60 + now.wMinute) * 60 + now.wSecond) * 1000 +
-                                                      now.wMilliseconds);
+    Toolkit().randomSeed = static_cast<std::uint32_t>(
+        ((now.wHour * 60 + now.wMinute) * 60 + now.wSecond) * 1000 + now.wMilliseconds);
     return 1;
 }
 
@@ -181,11 +185,11 @@ void CInterface::ChooseDisplayMode(int code)
     const DisplayInfo* display = m_pCore->GetDisplayInfo();
     if (display == nullptr)
         return;
-    const bool change = display->nHeight < SCREEN_HEIGHT || (display->nHeight > SCREEN_HEIGHT && !IsBattleEvent(code));
-    if (change) {
-        if (IEngine* root = m_pCore->GetScene(-1))
-            root->SendMessage(MSG_SET_DISPLAY_MODE, DEST_LOGIC, 0, "ll", SCREEN_WIDTH, SCREEN_HEIGHT);
-    }
+    const bool change =
+        display->nHeight < SCREEN_HEIGHT || (display->nHeight > SCREEN_HEIGHT && !IsBattleEvent(code));
+    if (change)
+        m_pCore->GetScene(-1)->SendMessage(MSG_SET_DISPLAY_MODE, DEST_LOGIC, 0, "ll", SCREEN_WIDTH,
+                                           SCREEN_HEIGHT);
     if (display->nHeight > SCREEN_HEIGHT)
         m_bLargeDisplay = true;
 }
@@ -206,6 +210,19 @@ Word CInterface::OnStart(const void* data, int, int)
     m_mainWnd.Invalidate(nullptr);
     RunEvent(*event);
     return 0;
+}
+
+// An event may come after everything was closed: the top window is made once more for it.
+bool CInterface::EnsureMainWnd()
+{
+    if (m_mainWnd.GetId() != -1)
+        return true;
+    if (m_pCore == nullptr || !m_mainWnd.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, m_pCore))
+        return false;
+    if (Toolkit().textTable == nullptr)
+        m_mainWnd.InitFirstTime();
+    m_mainWnd.Show(true);
+    return true;
 }
 
 Word CInterface::OnEvent(const void* data, int, int)
@@ -229,6 +246,8 @@ Word CInterface::OnCloseAll(const void*, int, int)
     const std::vector<WindowEntry>& windows = Toolkit().windows;
     for (std::size_t n = windows.size(); n > 0 && !windows.empty(); --n)
         windows.back().wnd->Destroy();
+    // Dialogs without a window would look open to what comes next.
+    m_mainWnd.CloseAllDialogs();
     return 0;
 }
 

@@ -15,8 +15,8 @@ class IRender2D;
 /// The module's export. `name` isn't read. Null when there is no memory. The caller owns the entity.
 extern "C" __attribute__((visibility("default"))) Entity* CreateEntity(char* name);
 
-/// Turns the host's input into window messages, drives each frame, and hands the logic's events on. The tables
-/// of windows, sprites and fonts outlast it.
+/// Turns the host's input into window messages, drives each frame, and hands the logic's events on. The
+/// tables of windows, sprites and fonts outlast it.
 class CInterface : public Entity
 {
   public:
@@ -42,6 +42,7 @@ class CInterface : public Entity
     Word OnProgressSet(const void* data, int extra, int sender);
 
     void ChooseDisplayMode(int code);
+    bool EnsureMainWnd();
     void TellScene(bool interfaceUp);
     Word OnMouse(std::uint32_t msg, std::uint32_t wParam, std::int32_t lParam);
 

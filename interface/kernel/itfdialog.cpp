@@ -1,8 +1,8 @@
 #include "kernel/itfdialog.h"
 
 #include "controls/itfmenu.h"
-#include "kernel/dialog_loader.h"
 #include "keelworks/ds_file.h"
+#include "kernel/dialog_loader.h"
 #include "platform/system.h"
 
 CItfDialog::~CItfDialog()
@@ -23,7 +23,8 @@ bool CItfDialog::CreateFromResource(const char* caption, const char*, const RECT
         file.close();
         return true;
     } catch (int code) {
-        const std::string line = "Interface dialog creation failed. Error code: " + std::to_string(code) + "\r\n";
+        const std::string line =
+            "Interface dialog creation failed. Error code: " + std::to_string(code) + "\r\n";
         OutputDebugStringA(line.c_str());
         Destroy(); // a class may delete itself here: nothing of this object from now on
         throw;

@@ -13,10 +13,10 @@ class CTextParser;
 /// The dialog resource, and the error codes that its loader throws as plain integers.
 inline constexpr char DIALOG_RESOURCE[] = "resource\\txt_res\\itfdlg.ini";
 enum ItfResourceError : int {
-    RESERR_SYNTAX = 1,     ///< also an unknown keyword, a missing section, an early end
-    RESERR_MEMORY = 2,     ///< a control can't be allocated
-    RESERR_CREATE = 3,     ///< a control's Create failed
-    RESERR_NO_PARENT = 4,  ///< a column or menu item without its table or menu above it
+    RESERR_SYNTAX = 1,    ///< also an unknown keyword, a missing section, an early end
+    RESERR_MEMORY = 2,    ///< a control can't be allocated
+    RESERR_CREATE = 3,    ///< a control's Create failed
+    RESERR_NO_PARENT = 4, ///< a column or menu item without its table or menu above it
 };
 
 /// Kinds of controls: the number of the keyword in the resource. A check box has the button's.
@@ -48,13 +48,18 @@ class CItfDialog : public CItfWnd
     /// Creates the window and its controls. `sprite` isn't used: the section's DIALOG record gives it. False
     /// when the window itself can't be created. Throws an ItfResourceError, or what the file classes throw,
     /// after the debug output got a line and the dialog has left the window table.
-    virtual bool CreateFromResource(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent,
-                                    int ctrlId, std::uint32_t style, IEngine* core, const char* section);
+    virtual bool CreateFromResource(const char* caption, const char* sprite, const RECT* rect,
+                                    CItfWnd* parent, int ctrlId, std::uint32_t style, IEngine* core,
+                                    const char* section);
 
     /// The first control with that id; null when the section gives none.
     CItfWnd* GetControl(int id) const;
     /// The same, as the class the caller expects; null also when it is of another class.
-    template <class T> T* GetControlAs(int id) const { return dynamic_cast<T*>(GetControl(id)); }
+    template <class T>
+    T* GetControlAs(int id) const
+    {
+        return dynamic_cast<T*>(GetControl(id));
+    }
     CItfMenu* FindMenu(int id) const;
 
   protected:

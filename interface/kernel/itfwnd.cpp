@@ -15,7 +15,8 @@ namespace
 // Calls visit(window) for each window in table order, until it gives false. Ids ascend along the table and
 // are never used twice, so the walk goes on behind the id it had last: a visit may destroy any window, itself
 // included, and what it creates is visited too.
-template <class Visit> void WalkWindows(Visit visit)
+template <class Visit>
+void WalkWindows(Visit visit)
 {
     int last = -1;
     for (;;) {
@@ -31,9 +32,15 @@ template <class Visit> void WalkWindows(Visit visit)
 }
 
 // The modal window, null when none is or it has gone.
-CItfWnd* ModalWindow() { return CItfWnd::FindWindow(Toolkit().modalId); }
+CItfWnd* ModalWindow()
+{
+    return CItfWnd::FindWindow(Toolkit().modalId);
+}
 
-bool IsInside(const CItfWnd& wnd, int id) { return wnd.GetId() == id || wnd.IsDescendantOf(id); }
+bool IsInside(const CItfWnd& wnd, int id)
+{
+    return wnd.GetId() == id || wnd.IsDescendantOf(id);
+}
 
 } // namespace
 
@@ -69,9 +76,9 @@ bool CItfWnd::Create(const char* caption, const char* sprite, const RECT* rect, 
     m_nId = toolkit.nextWindowId++;
     toolkit.windows.push_back({m_nId, this});
     m_dwStyle = style;
+    m_dwState = 0;
     m_pParent = parent;
-    if (caption != nullptr)
-        m_Caption = caption;
+    SetCaption(caption);
 
     const RECT place = rect != nullptr ? *rect : RECT{0, 0, SCREEN_WIDTH, SCREEN_HEIGHT};
     const POINT pos = {place.left, place.top};
@@ -91,9 +98,8 @@ void CItfWnd::Show(bool on)
     if (on && (m_dwState & IWF_SHOWN) == 0)
         m_dwState |= IWF_DIRTY;
     m_dwState = on ? m_dwState | IWF_SHOWN : m_dwState & ~static_cast<std::uint32_t>(IWF_SHOWN);
-    const int self = m_nId;
     WalkWindows([&](CItfWnd& wnd) {
-        if (wnd.IsDescendantOf(self))
+        if (wnd.m_pParent == this) // and its own children in turn
             wnd.Show(on);
         return true;
     });
@@ -102,9 +108,8 @@ void CItfWnd::Show(bool on)
 void CItfWnd::Hide(bool on)
 {
     m_dwState = on ? m_dwState | IWF_HIDDEN : m_dwState & ~static_cast<std::uint32_t>(IWF_HIDDEN);
-    const int self = m_nId;
     WalkWindows([&](CItfWnd& wnd) {
-        if (wnd.IsDescendantOf(self))
+        if (wnd.m_pParent == this) // and its own children in turn
             wnd.Hide(on);
         return true;
     });
@@ -159,7 +164,10 @@ void CItfWnd::DrawWithin(const RECT& update)
     Draw();
 }
 
-void CItfWnd::Destroy() { OnDestroy(); }
+void CItfWnd::Destroy()
+{
+    OnDestroy();
+}
 
 bool CItfWnd::HitTest(const POINT* screenPoint) const
 {
@@ -200,7 +208,10 @@ void CItfWnd::OnMove(int, int, bool redraw)
     RedrawBehind(&rect);
 }
 
-void CItfWnd::OnSize(int cx, int cy, bool redraw) { CItfWnd::OnMove(cx, cy, redraw); }
+void CItfWnd::OnSize(int cx, int cy, bool redraw)
+{
+    CItfWnd::OnMove(cx, cy, redraw);
+}
 
 void CItfWnd::OnDestroy()
 {
@@ -224,7 +235,10 @@ void CItfWnd::OnDestroy()
     m_pParent = nullptr; // which may go before this object does
 }
 
-const CItfWnd::Row* CItfWnd::GetMessageTable() const { return nullptr; }
+const CItfWnd::Row* CItfWnd::GetMessageTable() const
+{
+    return nullptr;
+}
 
 void CItfWnd::GetScreenOrigin(POINT* out) const
 {
@@ -257,15 +271,22 @@ void CItfWnd::ScreenToClient(POINT* point) const
 
 void CItfWnd::SetPos(const POINT* pos, bool redraw)
 {
-    OnMove(pos->x, pos->y, redraw);
-    m_ptPos = *pos;
+    const POINT to = *pos;
+    const int self = m_nId;
+    OnMove(to.x, to.y, redraw);
+    if (IsStill(self))
+        m_ptPos = to;
 }
 
 void CItfWnd::SetSize(const SIZE* size, bool redraw)
 {
-    OnSize(size->cx, size->cy, redraw);
-    m_rcClient.right = size->cx;
-    m_rcClient.bottom = size->cy;
+    const SIZE to = *size;
+    const int self = m_nId;
+    OnSize(to.cx, to.cy, redraw);
+    if (!IsStill(self))
+        return;
+    m_rcClient.right = to.cx;
+    m_rcClient.bottom = to.cy;
     m_rcInner = m_rcClient;
 }
 
@@ -286,6 +307,11 @@ bool CItfWnd::IsAncestorOf(int id) const
     return wnd != nullptr && wnd->IsDescendantOf(m_nId);
 }
 
+bool CItfWnd::IsStill(int id) const
+{
+    return id == -1 || FindWindow(id) == this;
+}
+
 CItfWnd* CItfWnd::FindWindow(int id)
 {
     for (const WindowEntry& entry : Toolkit().windows) {
@@ -295,7 +321,10 @@ CItfWnd* CItfWnd::FindWindow(int id)
     return nullptr;
 }
 
-void CItfWnd::SetCaption(const char* caption) { m_Caption = caption != nullptr ? caption : ""; }
+void CItfWnd::SetCaption(const char* caption)
+{
+    m_Caption = caption != nullptr ? caption : "";
+}
 
 void CItfWnd::SetFocus()
 {
@@ -305,10 +334,22 @@ void CItfWnd::SetFocus()
         SendTo(old, ITFM_LOSTFOCUS, 0, 0);
 }
 
-int CItfWnd::GetFocusId() { return Toolkit().focusId; }
-void CItfWnd::SetCapture() { Toolkit().captureId = m_nId; }
-void CItfWnd::ReleaseCapture() { Toolkit().captureId = -1; }
-int CItfWnd::GetCaptureId() { return Toolkit().captureId; }
+int CItfWnd::GetFocusId()
+{
+    return Toolkit().focusId;
+}
+void CItfWnd::SetCapture()
+{
+    Toolkit().captureId = m_nId;
+}
+void CItfWnd::ReleaseCapture()
+{
+    Toolkit().captureId = -1;
+}
+int CItfWnd::GetCaptureId()
+{
+    return Toolkit().captureId;
+}
 
 void CItfWnd::SetModal()
 {
@@ -316,8 +357,14 @@ void CItfWnd::SetModal()
     SetFocus();
 }
 
-void CItfWnd::SetModalId(int id) { Toolkit().modalId = id; }
-int CItfWnd::GetModalId() { return Toolkit().modalId; }
+void CItfWnd::SetModalId(int id)
+{
+    Toolkit().modalId = id;
+}
+int CItfWnd::GetModalId()
+{
+    return Toolkit().modalId;
+}
 
 Word CItfWnd::SendTo(int id, std::uint32_t msg, std::uint32_t wParam, std::int32_t lParam)
 {
@@ -345,7 +392,10 @@ void CItfWnd::PostToParent(std::uint32_t msg, std::uint32_t wParam, std::int32_t
         PostTo(m_pParent->m_nId, msg, wParam, lParam);
 }
 
-void CItfWnd::Notify(int code) { SendToParent(ITFM_NOTIFY, static_cast<std::uint32_t>(code), m_nCtrlId); }
+void CItfWnd::Notify(int code)
+{
+    SendToParent(ITFM_NOTIFY, static_cast<std::uint32_t>(code), m_nCtrlId);
+}
 
 Word CItfWnd::Dispatch(std::uint32_t msg, std::uint32_t wParam, std::int32_t lParam)
 {
@@ -365,19 +415,24 @@ Word CItfWnd::Dispatch(std::uint32_t msg, std::uint32_t wParam, std::int32_t lPa
 
 void CItfWnd::DeliverPosted()
 {
-    std::vector<PostedMessage>& posted = Toolkit().posted;
-    // Also when a handler throws, what was delivered must not come a second time.
-    struct Emptier {
-        std::vector<PostedMessage>& queue;
-        std::size_t delivered = 0;
-        ~Emptier()
+    ToolkitState& toolkit = Toolkit();
+    // Empties the queue at the end of the outermost delivery. Also when a handler throws, what had its turn
+    // must not come a second time.
+    struct Delivery {
+        ToolkitState& toolkit;
+        explicit Delivery(ToolkitState& state) : toolkit(state) { ++toolkit.deliveryDepth; }
+        ~Delivery()
         {
-            queue.erase(queue.begin(),
-                        queue.begin() + static_cast<std::ptrdiff_t>(std::min(delivered, queue.size())));
+            if (--toolkit.deliveryDepth > 0)
+                return;
+            const std::size_t done = std::min(toolkit.delivered, toolkit.posted.size());
+            toolkit.posted.erase(toolkit.posted.begin(),
+                                 toolkit.posted.begin() + static_cast<std::ptrdiff_t>(done));
+            toolkit.delivered = 0;
         }
-    } emptier{posted};
-    while (emptier.delivered < posted.size()) {
-        const PostedMessage message = posted[emptier.delivered++];
+    } delivery(toolkit);
+    while (toolkit.delivered < toolkit.posted.size()) {
+        const PostedMessage message = toolkit.posted[toolkit.delivered++];
         SendTo(message.wnd, message.msg, message.wParam, message.lParam);
     }
 }
@@ -403,8 +458,14 @@ void CItfWnd::Present(bool now)
                       nullptr, false);
 }
 
-void CItfWnd::SetDrawing(bool on) { Toolkit().drawing = on; }
-bool CItfWnd::IsDrawing() { return Toolkit().drawing; }
+void CItfWnd::SetDrawing(bool on)
+{
+    Toolkit().drawing = on;
+}
+bool CItfWnd::IsDrawing()
+{
+    return Toolkit().drawing;
+}
 
 void CItfWnd::RedrawAll()
 {
@@ -443,6 +504,18 @@ void CItfWnd::RedrawBehind(const RECT* screenRect)
         modal->Invalidate(nullptr);
 }
 
+void CItfWnd::Repaint(const RECT* rect)
+{
+    const int self = m_nId;
+    if (m_nSprite < 0) {
+        RECT screen;
+        GetScreenRect(&screen);
+        RedrawBehind(&screen);
+    }
+    if (IsStill(self))
+        Invalidate(rect);
+}
+
 void CItfWnd::SetLargeDisplay(bool large)
 {
     RECT& screen = Toolkit().virtualScreen;
@@ -460,7 +533,10 @@ void CItfWnd::SetLargeDisplay(bool large)
     }
 }
 
-void CItfWnd::GetVirtualScreen(RECT* out) { *out = Toolkit().virtualScreen; }
+void CItfWnd::GetVirtualScreen(RECT* out)
+{
+    *out = Toolkit().virtualScreen;
+}
 
 void CItfWnd::SetFullDisplay()
 {

@@ -38,10 +38,10 @@ enum ItfWindowState : std::uint32_t {
 
 /// Style bits of every window; the upper 16 bits belong to the control class.
 enum ItfWindowStyle : std::uint32_t {
-    IWS_ALONE = 0x1,        ///< Invalidate doesn't walk the descendants
-    IWS_SHADE = 0x2,        ///< the shade effect comes before the window
-    IWS_BK_KEYCOLOR = 0x4,  ///< the background sprite is colour-keyed
-    IWS_VSCROLL = 0x8,      ///< has a vertical scroll bar
+    IWS_ALONE = 0x1,       ///< Invalidate doesn't walk the descendants
+    IWS_SHADE = 0x2,       ///< the shade effect comes before the window
+    IWS_BK_KEYCOLOR = 0x4, ///< the background sprite is colour-keyed
+    IWS_VSCROLL = 0x8,     ///< has a vertical scroll bar
 };
 
 /// A rectangle with a background sprite, an optional parent, and a place in the one window table. Positions
@@ -74,10 +74,11 @@ class CItfWnd
     CItfWnd& operator=(const CItfWnd&) = delete;
 
     /// Enters the window in the table, not shown yet. A null rect is the whole screen; caption, sprite and
-    /// parent may be null. False when the window exists already, without a 2-D layer, without a screen
+    /// parent may be null; the sides of rect lie
+    /// within 30 bits. False when the window exists already, without a 2-D layer, without a screen
     /// surface, or when 200 windows exist.
-    virtual bool Create(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent, int ctrlId,
-                        std::uint32_t style, IEngine* core);
+    virtual bool Create(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent,
+                        int ctrlId, std::uint32_t style, IEngine* core);
     /// Shows or not, with all descendants. Doesn't paint.
     virtual void Show(bool on);
     /// A second switch beside Show, with all descendants.
@@ -182,6 +183,8 @@ class CItfWnd
     static void RedrawAll();
     /// Paints the other windows in a rectangle of the screen.
     void RedrawBehind(const RECT* screenRect);
+    /// Invalidate for a control that changed: without a background sprite what lies behind it comes first.
+    void Repaint(const RECT* rect);
     /// Places the screen surface on the display: centred when `large`.
     void SetLargeDisplay(bool large);
     static void GetVirtualScreen(RECT* out);
@@ -195,9 +198,10 @@ class CItfWnd
     /// Never null; "default" without a text table. Valid as long as the table.
     static const char* GetResString(int number);
     void PlaySound(const char* name);
-    /// A message box, shown and modal; null when it can't be made. It deletes itself at the answer. `first` is
-    /// the message and `second` the caption; parent may be null. Style: MB_… of CValueBox.
-    CValueBox* MessageBox(const char* first, const char* second, CItfWnd* parent, int id, std::uint32_t style);
+    /// A message box, shown and modal; null when it can't be made. It deletes itself at the answer. `first`
+    /// is the message and `second` the caption; parent may be null. Style: MB_… of CValueBox.
+    CValueBox* MessageBox(const char* first, const char* second, CItfWnd* parent, int id,
+                          std::uint32_t style);
 
     // Sprites: indexes into the table, -1 is none; an invalid index does nothing.
     /// The sprite of that logical name, with a reference; -1 when there is none.
@@ -263,6 +267,10 @@ class CItfWnd
 
     /// The point of a mouse message, in this window's coordinates.
     POINT MousePoint(std::int32_t lParam) const;
+    /// For after a call that may have deleted this window: whether the window of that id, which this object
+    /// had before, is still this one. Nothing of the object may be touched otherwise. True for -1, a window
+    /// that was in no table.
+    bool IsStill(int id) const;
     /// Surface of a sprite to draw on, the screen surface for a negative index.
     int TargetSurface(int sprite) const;
 

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <strings.h>
+#include <type_traits>
 
 #include "irender2d.h"
 #include "kernel/itfwnd.h"
@@ -10,7 +11,8 @@
 namespace
 {
 
-template <class Entry> bool IsUsed(const std::vector<Entry>& table, int index)
+template <class Entry>
+bool IsUsed(const std::vector<Entry>& table, int index)
 {
     return index >= 0 && static_cast<std::size_t>(index) < table.size() &&
            (table[static_cast<std::size_t>(index)].flags & Entry::FLAG_USED) != 0;
@@ -28,17 +30,43 @@ FontEntry* UsedFont(int index)
     return IsUsed(table, index) ? &table[static_cast<std::size_t>(index)] : nullptr;
 }
 
-bool SameName(const char* a, const char* b) { return strcasecmp(a, b) == 0; }
-
-// The last free entry, else a new one at the end.
-template <class Entry> int FreeEntry(std::vector<Entry>& table)
+bool SameName(const char* a, const char* b)
 {
-    for (std::size_t i = table.size(); i-- > 0;) {
-        if ((table[i].flags & Entry::FLAG_USED) == 0)
-            return static_cast<int>(i);
-    }
+    return strcasecmp(a, b) == 0;
+}
+
+bool IsFree(const auto& entry)
+{
+    return (entry.flags & std::remove_cvref_t<decltype(entry)>::FLAG_USED) == 0;
+}
+
+template <class Entry>
+int AppendEntry(std::vector<Entry>& table)
+{
     table.emplace_back();
     return static_cast<int>(table.size() - 1);
+}
+
+// The last free entry, else a new one at the end: for what is looked up by name.
+template <class Entry>
+int LastFreeEntry(std::vector<Entry>& table)
+{
+    for (std::size_t i = table.size(); i-- > 0;) {
+        if (IsFree(table[i]))
+            return static_cast<int>(i);
+    }
+    return AppendEntry(table);
+}
+
+// The first free entry, else a new one at the end: for nameless ones.
+template <class Entry>
+int FirstFreeEntry(std::vector<Entry>& table)
+{
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        if (IsFree(table[i]))
+            return static_cast<int>(i);
+    }
+    return AppendEntry(table);
 }
 
 // The file of a logical name, null when the map lacks it; the first row with the name wins.
@@ -51,7 +79,8 @@ const char* MappedFile(const std::vector<NameRow>& map, const char* name)
     return nullptr;
 }
 
-template <class Entry> void StoreName(Entry& entry, const char* name)
+template <class Entry>
+void StoreName(Entry& entry, const char* name)
 {
     std::strncpy(entry.name, name, MAX_LOGICAL_NAME);
     entry.name[MAX_LOGICAL_NAME] = '\0';
@@ -90,7 +119,7 @@ int CItfWnd::AcquireSprite(const char* name)
             return static_cast<int>(i);
         }
     }
-    const int index = FreeEntry(table);
+    const int index = LastFreeEntry(table);
     const char* file = MappedFile(Toolkit().spriteMap, name);
     if (file == nullptr)
         return -1;
@@ -107,7 +136,7 @@ int CItfWnd::AcquireSprite(const char* name)
 
 int CItfWnd::NewSprite(int surface)
 {
-    const int index = FreeEntry(Toolkit().sprites);
+    const int index = FirstFreeEntry(Toolkit().sprites);
     if (surface < 0)
         return -1;
     SpriteEntry& entry = Toolkit().sprites[static_cast<std::size_t>(index)];
@@ -208,7 +237,7 @@ int CItfWnd::AcquireFont(const char* name)
             return static_cast<int>(i);
         }
     }
-    const int index = FreeEntry(table);
+    const int index = LastFreeEntry(table);
     const char* file = MappedFile(Toolkit().fontMap, name);
     if (file == nullptr)
         return -1;

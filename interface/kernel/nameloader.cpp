@@ -1,7 +1,7 @@
 #include "kernel/nameloader.h"
 
-#include "kernel/itfdialog.h"
 #include "keelworks/text_parser.h"
+#include "kernel/itfdialog.h"
 #include "platform/files.h"
 #include "platform/system.h"
 

@@ -14,6 +14,6 @@ struct NameMaps {
     std::vector<NameRow> fonts;
 };
 
-/// Reads both sections, in file order. Throws 1 for a token that can't be read, after a line with file and line
-/// number has gone to the debug output.
+/// Reads both sections, in file order. Throws 1 for a token that can't be read, after a line with file and
+/// line number has gone to the debug output.
 NameMaps ReadNameMaps(ds_file* file);

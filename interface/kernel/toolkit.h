@@ -73,6 +73,8 @@ struct ToolkitState {
     /// While off, nothing paints and the mouse is ignored.
     bool drawing = false;
     std::vector<PostedMessage> posted;
+    std::size_t delivered = 0; ///< how many of them have had their turn in this delivery
+    int deliveryDepth = 0;     ///< above 1 when a handler runs frames itself
 
     std::vector<NameRow> spriteMap;
     std::vector<NameRow> fontMap;

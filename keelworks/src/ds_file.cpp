@@ -25,13 +25,14 @@ ds_file::~ds_file()
 
 void ds_file::open(const char* path, unsigned mode)
 {
-    ds_file::close();
+    // The path may be this file's own name, which closing clears.
     const std::string name = path ? path : "";
+    ds_file::close();
     const bool writing = mode == MODE_WRITE;
     if (!writing && mode != MODE_READ) {
         throw fopen_exception(name);
     }
-    m_pFile = PlatformOpenFile(path, writing ? "wb" : "rb");
+    m_pFile = PlatformOpenFile(name.c_str(), writing ? "wb" : "rb");
     if (!m_pFile) {
         throw fopen_exception(name);
     }

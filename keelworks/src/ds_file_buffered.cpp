@@ -48,16 +48,17 @@ void ds_file_buffered::open(const char* path, bool)
 
 void ds_file_buffered::open(const char* path, unsigned mode)
 {
-    ds_file_buffered::close();
+    // The path may be this file's own name, which closing clears.
     const std::string name = path ? path : "";
+    ds_file_buffered::close();
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
-        mode == MODE_READ ? PlatformOpenFile(path, "rb") : nullptr, &std::fclose);
+        mode == MODE_READ ? PlatformOpenFile(name.c_str(), "rb") : nullptr, &std::fclose);
     std::vector<char> bytes;
     if (!file || !ReadAll(file.get(), MAX_SIZE, bytes)) {
         throw fopen_exception(name);
     }
     open_memory(name, std::move(bytes));
-    m_strRealPath = PlatformResolveRead(path);
+    m_strRealPath = PlatformResolveRead(name.c_str());
 }
 
 void ds_file_buffered::open_memory(std::string name, std::vector<char> bytes)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "platform/host.h"
@@ -129,7 +130,11 @@ HGLOBAL GlobalAlloc(UINT flags, std::size_t bytes)
     if (!memory) {
         return nullptr;
     }
-    return new GlobalBlock{bytes, static_cast<char*>(memory)};
+    GlobalBlock* block = new (std::nothrow) GlobalBlock{bytes, static_cast<char*>(memory)};
+    if (!block) {
+        std::free(memory);
+    }
+    return block;
 }
 
 void* GlobalLock(HGLOBAL handle)

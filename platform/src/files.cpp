@@ -127,7 +127,13 @@ bool CopyToPlayer(const char* path, const std::string& target)
         return true;
     }
     std::error_code error;
-    return std::filesystem::copy_file(source, target, error);
+    if (!std::filesystem::copy_file(source, target, error)) {
+        return false;
+    }
+    // The game's files may be read-only; the player's own may not.
+    std::filesystem::permissions(target, std::filesystem::perms::owner_write,
+                                 std::filesystem::perm_options::add, error);
+    return !error;
 }
 
 } // namespace

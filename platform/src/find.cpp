@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "internal.h"
 #include "platform/codepage.h"
@@ -23,31 +24,95 @@ struct Search {
     std::size_t next = 0;
 };
 
-/// `*` is any run of characters, `?` any one. Linear in the text for each `*`.
-bool Matches(std::string_view pattern, std::string_view name)
+bool IsDots(std::string_view name)
 {
-    std::size_t p = 0;
-    std::size_t n = 0;
-    std::size_t star = std::string_view::npos;
-    std::size_t starName = 0;
-    const auto same = [](char a, char b) {
-        return PlatformLower(static_cast<unsigned char>(a)) == PlatformLower(static_cast<unsigned char>(b));
+    return name == "." || name == "..";
+}
+
+/// One character of a mask.
+struct MaskPart {
+    enum Kind {
+        LITERAL,
+        RUN,      ///< any characters, none as well
+        RUN_STEM, ///< the same, but not the last dot of the name
+        ONE,      ///< one character that is no dot; none in front of a dot and at the name's end
+        DOT,      ///< a dot, or the name's end
     };
-    while (n < name.size()) {
-        if (p < pattern.size() && pattern[p] == '*') {
-            star = p++;
-            starName = n;
-        } else if (p < pattern.size() && (pattern[p] == '?' || same(pattern[p], name[n]))) {
-            ++p;
-            ++n;
-        } else if (star != std::string_view::npos) {
-            p = star + 1;
-            n = ++starName;
-        } else {
-            return false;
-        }
+    Kind kind = LITERAL;
+    char c = '\0'; ///< of LITERAL
+};
+using Mask = std::vector<MaskPart>;
+
+/// The parts of a mask. A dot between a name and a wildcard need not be there; dots at the end mean that the
+/// name has no extension.
+Mask ParseMask(std::string_view text)
+{
+    Mask mask;
+    const std::size_t end = text.find_last_not_of('.') + 1;
+    const bool noExtension = end > 0 && end < text.size();
+    if (noExtension) {
+        text = text.substr(0, end);
     }
-    return pattern.find_first_not_of('*', p) == std::string_view::npos;
+    if (text == "*.*") {
+        text = "*";
+    }
+    for (const char c : text) {
+        const bool wild = c == '*' || c == '?';
+        if (wild && !mask.empty() && mask.back().c == '.') {
+            mask.back() = {MaskPart::DOT, '\0'};
+        }
+        if (c == '.' && !mask.empty() && mask.back().kind == MaskPart::RUN) {
+            mask.back().kind = MaskPart::RUN_STEM;
+        }
+        mask.push_back(c == '*'   ? MaskPart{MaskPart::RUN, '\0'}
+                       : c == '?' ? MaskPart{MaskPart::ONE, '\0'}
+                                  : MaskPart{MaskPart::LITERAL, c});
+    }
+    if (noExtension && mask.back().kind == MaskPart::RUN) {
+        mask.back().kind = MaskPart::RUN_STEM;
+    }
+    return mask;
+}
+
+bool SameLetter(char a, char b)
+{
+    return PlatformLower(static_cast<unsigned char>(a)) == PlatformLower(static_cast<unsigned char>(b));
+}
+
+/// Follows every way through the mask at once, so the work is at most the product of both lengths.
+bool Matches(const Mask& mask, std::string_view name)
+{
+    const std::size_t lastDot = IsDots(name) ? std::string_view::npos : name.rfind('.');
+    std::vector<bool> reached(mask.size() + 1);
+    reached[0] = true;
+    for (std::size_t n = 0; n <= name.size(); ++n) {
+        const bool ended = n == name.size();
+        std::vector<bool> next(mask.size() + 1);
+        for (std::size_t p = 0; p < mask.size(); ++p) {
+            if (!reached[p]) {
+                continue;
+            }
+            const auto [kind, c] = mask[p];
+            const bool dot = !ended && name[n] == '.';
+            const bool run = kind == MaskPart::RUN || kind == MaskPart::RUN_STEM;
+            if (run || (ended && kind != MaskPart::LITERAL) || (dot && kind == MaskPart::ONE)) {
+                reached[p + 1] = true;
+            }
+            if (ended) {
+                continue;
+            }
+            if (run) {
+                next[p] = kind == MaskPart::RUN || n != lastDot || next[p];
+            } else if (kind == MaskPart::ONE ? !dot : kind == MaskPart::DOT ? dot : SameLetter(c, name[n])) {
+                next[p + 1] = true;
+            }
+        }
+        if (ended) {
+            return reached[mask.size()];
+        }
+        reached = std::move(next);
+    }
+    return false;
 }
 
 FILETIME ToFileTime(const timespec& time)
@@ -67,11 +132,6 @@ DWORD ToAttributes(const struct stat& info, bool hidden)
     attributes |= (info.st_mode & S_IWUSR) ? 0 : FILE_ATTRIBUTE_READONLY;
     attributes |= hidden ? FILE_ATTRIBUTE_HIDDEN : 0;
     return attributes ? attributes : FILE_ATTRIBUTE_NORMAL;
-}
-
-bool IsDots(std::string_view name)
-{
-    return name == "." || name == "..";
 }
 
 /// False for what is neither a file nor a folder, for a link to nowhere, and for a name that doesn't fit.
@@ -107,7 +167,7 @@ bool SameName(const WIN32_FIND_DATAA& a, const WIN32_FIND_DATAA& b)
     return PlatformEqualNoCase(a.cFileName, b.cFileName);
 }
 
-void AddFolder(const std::string& folder, std::string_view mask, std::vector<WIN32_FIND_DATAA>& found)
+void AddFolder(const std::string& folder, const Mask& mask, std::vector<WIN32_FIND_DATAA>& found)
 {
     const std::unique_ptr<DIR, int (*)(DIR*)> dir(opendir(folder.c_str()), &closedir);
     if (!dir) {
@@ -138,23 +198,21 @@ HANDLE FindFirstFileA(const char* pattern, WIN32_FIND_DATAA* out)
     // The mask is cut off first, so that ".." or "." as the last part is a mask and not a way up.
     const std::string_view text = pattern;
     const std::size_t slash = text.find_last_of("/\\");
-    std::string_view mask = slash == std::string_view::npos ? text : text.substr(slash + 1);
+    const std::string_view mask = slash == std::string_view::npos ? text : text.substr(slash + 1);
     const std::string folder =
         slash == std::string_view::npos ? std::string("./") : std::string(text.substr(0, slash + 1));
     const auto split = PlatformSplitPath(folder.c_str());
     if (!split || mask.empty() || (mask.size() > 1 && mask[1] == ':')) {
         return INVALID_HANDLE_VALUE;
     }
-    if (mask == "*.*") {
-        mask = "*";
-    }
+    const Mask parts = ParseMask(mask);
     auto search = std::make_unique<Search>();
     for (const std::string& root : split->absolute
                                        ? std::vector<std::string>{"/"}
                                        : std::vector<std::string>{PlatformUserRoot(), PlatformGameRoot()}) {
         const std::string real = PlatformResolveBelow(root, split->parts);
         if (!real.empty()) {
-            AddFolder(real, mask, search->found);
+            AddFolder(real, parts, search->found);
         }
     }
     std::stable_sort(search->found.begin(), search->found.end(), Less);

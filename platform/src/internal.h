@@ -20,6 +20,15 @@ std::optional<PlatformPathParts> PlatformSplitPath(const char* path);
 /// The real path of `parts` below `root`, each resolved without regard to case; empty when one is missing.
 std::string PlatformResolveBelow(const std::string& root, const std::vector<std::string>& parts);
 
+/// A strftime format in the letters of a date or time picture, without blanks around it; fields that pictures
+/// lack are left out.
+std::string PlatformPictureOf(const std::string& format);
+/// What stands behind the first run of letters of a picture.
+std::string PlatformPictureSeparator(const std::string& picture, const char* fallback);
+/// "0" when the month comes first in a date picture, "1" for the day, "2" for the year. A weekday doesn't
+/// count.
+std::string PlatformPictureOrder(const std::string& picture);
+
 /// The system's own answers, behind the defaults of PlatformHost.
 std::optional<std::string> PlatformSystemLocaleText(DWORD item);
 bool PlatformSystemStartProcess(const std::string& commandLine, const std::string& directory);

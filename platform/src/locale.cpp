@@ -3,6 +3,9 @@
 #include <langinfo.h>
 #include <locale.h>
 
+#include <algorithm>
+#include <cstring>
+#include <iterator>
 #include <memory>
 
 #include "internal.h"
@@ -21,79 +24,33 @@ struct LocaleTexts {
     std::string pm = "PM";
 };
 
-/// A strftime format in the letters of a date or time picture; fields without one are left out.
-std::string ToPicture(const std::string& format)
+bool IsLetter(char c)
 {
-    std::string out;
-    for (std::size_t i = 0; i < format.size(); ++i) {
-        if (format[i] != '%' || i + 1 == format.size()) {
-            out += format[i];
-            continue;
-        }
-        char field = format[++i];
-        while ((field == 'E' || field == 'O' || field == '-') && i + 1 < format.size()) {
-            field = format[++i];
-        }
-        switch (field) {
-        case 'd':
-            out += "dd";
-            break;
-        case 'e':
-            out += "d";
-            break;
-        case 'm':
-            out += "MM";
-            break;
-        case 'b':
-            out += "MMM";
-            break;
-        case 'y':
-            out += "yy";
-            break;
-        case 'Y':
-            out += "yyyy";
-            break;
-        case 'D':
-            out += "MM/dd/yy";
-            break;
-        case 'F':
-            out += "yyyy-MM-dd";
-            break;
-        case 'H':
-            out += "HH";
-            break;
-        case 'k':
-            out += "H";
-            break;
-        case 'I':
-            out += "hh";
-            break;
-        case 'l':
-            out += "h";
-            break;
-        case 'M':
-            out += "mm";
-            break;
-        case 'S':
-            out += "ss";
-            break;
-        case 'p':
-            out += "tt";
-            break;
-        case 'T':
-            out += "HH:mm:ss";
-            break;
-        case 'R':
-            out += "HH:mm";
-            break;
-        case 'r':
-            out += "hh:mm:ss tt";
-            break;
-        default:
-            break;
-        }
-    }
-    return out;
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+std::string Trimmed(const std::string& text)
+{
+    const std::size_t begin = text.find_first_not_of(' ');
+    return begin == std::string::npos ? "" : text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
+}
+
+/// What stands for a field of a strftime format, empty when the pictures have no such field.
+std::string FieldPicture(char field)
+{
+    static constexpr struct {
+        char field;
+        const char* picture;
+    } PICTURES[] = {
+        {'a', "ddd"},      {'A', "dddd"},        {'d', "dd"},   {'e', "d"},  {'m', "MM"},
+        {'b', "MMM"},      {'h', "MMM"},         {'B', "MMMM"}, {'y', "yy"}, {'Y', "yyyy"},
+        {'D', "MM/dd/yy"}, {'F', "yyyy-MM-dd"},  {'H', "HH"},   {'k', "H"},  {'I', "hh"},
+        {'l', "h"},        {'M', "mm"},          {'S', "ss"},   {'p', "tt"}, {'T', "HH:mm:ss"},
+        {'R', "HH:mm"},    {'r', "hh:mm:ss tt"},
+    };
+    const auto* const found = std::find_if(std::begin(PICTURES), std::end(PICTURES),
+                                           [field](const auto& known) { return known.field == field; });
+    return found == std::end(PICTURES) ? "" : found->picture;
 }
 
 LocaleTexts ReadLocale()
@@ -116,28 +73,51 @@ LocaleTexts ReadLocale()
     };
     take(texts.thousand, get(THOUSEP));
     take(texts.decimal, get(RADIXCHAR));
-    take(texts.shortDate, ToPicture(get(D_FMT)));
-    take(texts.timeFormat, ToPicture(get(T_FMT)));
+    take(texts.shortDate, PlatformPictureOf(get(D_FMT)));
+    take(texts.timeFormat, PlatformPictureOf(get(T_FMT)));
     take(texts.am, get(AM_STR));
     take(texts.pm, get(PM_STR));
     return texts;
 }
 
-/// What stands behind the first run of equal letters: the separator of a picture.
-std::string Separator(const std::string& picture, const char* fallback)
-{
-    const std::size_t second = picture.find_first_not_of(picture.empty() ? ' ' : picture[0]);
-    return second == std::string::npos ? fallback : picture.substr(second, 1);
-}
-
-std::string DateOrder(const std::string& picture)
-{
-    const std::size_t first = picture.find_first_of("dMy");
-    const char letter = first == std::string::npos ? 'M' : picture[first];
-    return letter == 'd' ? "1" : letter == 'y' ? "2" : "0";
-}
-
 } // namespace
+
+std::string PlatformPictureOf(const std::string& format)
+{
+    std::string out;
+    for (std::size_t i = 0; i < format.size(); ++i) {
+        if (format[i] != '%' || i + 1 == format.size()) {
+            out += format[i];
+            continue;
+        }
+        char field = format[++i];
+        while ((field == 'E' || field == 'O' || field == '-') && i + 1 < format.size()) {
+            field = format[++i];
+        }
+        out += FieldPicture(field);
+    }
+    return Trimmed(out);
+}
+
+std::string PlatformPictureSeparator(const std::string& picture, const char* fallback)
+{
+    const auto letter = std::find_if(picture.begin(), picture.end(), IsLetter);
+    const auto separator = std::find_if_not(letter, picture.end(), IsLetter);
+    return separator == picture.end() ? fallback : std::string(1, *separator);
+}
+
+std::string PlatformPictureOrder(const std::string& picture)
+{
+    for (std::size_t begin = 0; begin < picture.size();) {
+        const std::size_t end = std::min(picture.find_first_not_of(picture[begin], begin), picture.size());
+        const bool weekday = picture[begin] == 'd' && end - begin > 2;
+        if (!weekday && std::strchr("dMy", picture[begin])) {
+            return picture[begin] == 'd' ? "1" : picture[begin] == 'y' ? "2" : "0";
+        }
+        begin = end;
+    }
+    return "0";
+}
 
 std::optional<std::string> PlatformSystemLocaleText(DWORD item)
 {
@@ -148,9 +128,9 @@ std::optional<std::string> PlatformSystemLocaleText(DWORD item)
     case LOCALE_SDECIMAL:
         return texts.decimal;
     case LOCALE_SDATE:
-        return Separator(texts.shortDate, "/");
+        return PlatformPictureSeparator(texts.shortDate, "/");
     case LOCALE_STIME:
-        return Separator(texts.timeFormat, ":");
+        return PlatformPictureSeparator(texts.timeFormat, ":");
     case LOCALE_SSHORTDATE:
         return texts.shortDate;
     case LOCALE_STIMEFORMAT:
@@ -162,7 +142,7 @@ std::optional<std::string> PlatformSystemLocaleText(DWORD item)
     case LOCALE_ITIME:
         return texts.timeFormat.find('H') == std::string::npos ? "0" : "1";
     case LOCALE_IDATE:
-        return DateOrder(texts.shortDate);
+        return PlatformPictureOrder(texts.shortDate);
     default:
         return std::nullopt;
     }

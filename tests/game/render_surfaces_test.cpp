@@ -206,6 +206,23 @@ TEST(Display, TakesBlitsAndIsReadBack)
     EXPECT_EQ(render.DisplayPixels()[0], 0xf800);
 }
 
+TEST(Display, TellsWhereTheFrameStands)
+{
+    CRender2D render(40, 30);
+    const int surface = render.CreateSurface(&SMALL);
+    const RECT centred{18, 13, 22, 16};
+    EXPECT_EQ(render.FrameRect(), RECT{});
+    render.Blit(0, DISPLAY_FRAME, surface, &centred, nullptr, false);
+    EXPECT_EQ(render.FrameRect(), centred);
+    // Neither what is shown in between nor a picture of the display moves it.
+    render.Blit(0, DISPLAY_NOW, surface, nullptr, nullptr, false);
+    render.Blit(0, surface, DISPLAY_FRAME, &SMALL, nullptr, false);
+    render.Blit(0, DISPLAY_FRAME, surface + 1, nullptr, nullptr, false);
+    EXPECT_EQ(render.FrameRect(), centred);
+    render.Blit(0, DISPLAY_FRAME, surface, nullptr, nullptr, false);
+    EXPECT_EQ(render.FrameRect(), (RECT{0, 0, 40, 30}));
+}
+
 TEST(Display, ChangesItsSize)
 {
     CRender2D render(4, 3);

@@ -190,6 +190,16 @@ TEST_F(ButtonTest, CaptionStandsInTheMiddleOfTheInnerRectangle)
     EXPECT_EQ(Extent(WHITE), (RECT{LEFT + 32, TOP + 10, LEFT + 48, TOP + 20}));
 }
 
+TEST_F(ButtonTest, CaptionsNeedOnlyTheirOwnFont)
+{
+    std::erase_if(Toolkit().fontMap, [](const NameRow& row) { return row.name == "itfBtnFont"; });
+    const auto button = Make(0, "XX");
+    button->Enable(false);
+    button->Invalidate(nullptr);
+    // Without the height of the plain font the caption hangs from the middle.
+    EXPECT_EQ(Extent(RED), (RECT{LEFT + 32, TOP + 15, LEFT + 48, TOP + 25}));
+}
+
 TEST_F(ButtonTest, FontBringsItsVariantsAsFarAsTheyExist)
 {
     const struct {

@@ -5,8 +5,8 @@
 #include "controls/itfmenu.h"
 #include "controls/itfscrollbar.h"
 #include "controls/itftextbox.h"
-#include "kernel/dialog_loader.h"
 #include "keelworks/ds_file.h"
+#include "kernel/dialog_loader.h"
 #include "platform/files.h"
 #include "support/toolkit_fixture.h"
 
@@ -20,9 +20,9 @@ class DialogTest : public ToolkitTest
   protected:
     void SetUp() override
     {
-        for (const char* name : {"itfBtUp", "itfBtDown", "itfScBar", "itfScArrUp", "itfScArrUpA", "itfScArrDown",
-                                 "itfScArrDownA", "itfScHorBar", "itfScHorArrUp", "itfScHorArrUpA",
-                                 "itfScHorArrDown", "itfScHorArrDownA", "back"})
+        for (const char* name : {"itfBtUp", "itfBtDown", "itfScBar", "itfScArrUp", "itfScArrUpA",
+                                 "itfScArrDown", "itfScArrDownA", "itfScHorBar", "itfScHorArrUp",
+                                 "itfScHorArrUpA", "itfScHorArrDown", "itfScHorArrDownA", "back"})
             AddSprite(name, 18, 18);
         for (const char* name : {"itfBtnFont", "itfBtnFontA", "itfBtnFontDis", "itfListFont", "itfMenuFont",
                                  "itfMenuFontA", "itfMenuFontDis"})
@@ -96,6 +96,22 @@ TEST_F(DialogTest, EveryKeywordMakesItsControl)
     EXPECT_EQ(Toolkit().windows.back().wnd->GetCaption(), "Twice") << "table order is file order";
 }
 
+// The inner rectangle and the font come before the text: a text that only then overflows gets its bar at
+// once.
+TEST_F(DialogTest, ATextIsLaidOutInItsOwnInnerRectangle)
+{
+    CItfDialog dialog;
+    ASSERT_TRUE(Load(
+        dialog,
+        "TestDlg { DIALOG, \"\", 0, 0, 400, 300,"
+        " TEXTBOX, \"one two three four\" \"\" \"itfBtnFont\" \"\" \"\", 7, 0, 0, 200, 100, 0, 0, 60, 20,"
+        " SLIDER, \"\" \"SBSTYLE_NOARROWS\", 8, 0, 200, 200, 230, 10, 5, 190, 23 }"));
+    ASSERT_EQ(Toolkit().windows.size(), 4u);
+    EXPECT_NE(dynamic_cast<CItfScrollBar*>(Toolkit().windows[2].wnd), nullptr) << "right behind its text box";
+    EXPECT_EQ(dialog.GetControl(8)->GetInnerRect(), (RECT{10, 5, 190, 23}));
+    EXPECT_EQ(dialog.GetControl(8)->GetStyle(), 0x30000u);
+}
+
 TEST_F(DialogTest, StylesAreSubstringsOfTheWholeText)
 {
     const std::pair<const char*, std::uint32_t> cases[] = {
@@ -117,12 +133,26 @@ TEST_F(DialogTest, AnyLastNumberEndsTheSection)
 {
     const char* sections[] = {
         "TestDlg { DIALOG, \"\", 1, 2, 30, 40 }",
-        "TestDlg { MENU, \"\" \"\" \"\", \"\", 1, 0, 0, 10, 10, MENUITEM, 1, \"a\", \"\", \"\", 1, 0, 0, 10, 10 }",
+        "TestDlg { MENU, \"\" \"\" \"\", \"\", 1, 0, 0, 10, 10, MENUITEM, 1, \"a\", \"\", \"\", 1, 0, 0, 10, "
+        "10 }",
     };
     for (const char* text : sections) {
         CItfDialog dialog;
         EXPECT_TRUE(Load(dialog, text)) << text;
     }
+}
+
+TEST_F(DialogTest, WhatStandsBeforeACommaIsPassedOverWithAWarning)
+{
+    CItfDialog dialog;
+    EXPECT_TRUE(Load(dialog,
+                     "TestDlg {\nTEXTBOX, \"a\" \"\" \"\" \"\" TBSTYLE_CENTER_HOR | TBSTYLE_NOVSCROLL,"
+                     " 7, 0, 0, 9, 9, -1, 0, 0, 0 }"));
+    ASSERT_NE(dialog.GetControl(7), nullptr);
+    EXPECT_EQ(dialog.GetControl(7)->GetStyle(), 0x10000u) << "only the first text is the style";
+    const std::vector<std::string> debug = TakeDebug();
+    ASSERT_EQ(debug.size(), 1u);
+    EXPECT_NE(debug[0].find("(2): [TestDlg] expected a comma"), std::string::npos) << debug[0];
 }
 
 TEST_F(DialogTest, EveryErrorHasItsCodeAndItsLine)
@@ -139,7 +169,7 @@ TEST_F(DialogTest, EveryErrorHasItsCodeAndItsLine)
         {"TestDlg", 1, "(1): "},
         {"TestDlg {\n}", 1, "(2): "},
         {"TestDlg {\nWIDGET, \"\", 1 }", 1, "(2): [TestDlg] unknown keyword \"WIDGET\""},
-        {"TestDlg {\nDIALOG \"\", 0, 0, 1, 1 }", 1, "(2): [TestDlg] expected a comma"},
+        {"TestDlg {\n\nTEXTBOX, \"\" \"\" \"\" \"\" \"\"", 1, "(3): [TestDlg] expected a comma"},
         {"TestDlg {\n\nDIALOG, \"\" 0, 0, 1, 1 }", 1, "(3): [TestDlg] expected a comma"},
         {"TestDlg {\nDIALOG, \"\", 0, 0, 1 }", 1, "(2): [TestDlg] the section ends within a record"},
         {"TestDlg {\nDIALOG, \"\", 0, 0, 1, x }", 1, "(2): "},
@@ -149,6 +179,8 @@ TEST_F(DialogTest, EveryErrorHasItsCodeAndItsLine)
         {"TestDlg {\nDIALOG, \"\", 0, 0, 1, 1,\n", 1, "("},
         {"TestDlg {\nDIALOG, \"open, 0, 0, 1, 1 }\n", 1, "(2): "},
         {"TestDlg {\nDIALOG, \"a_sprite_name_that_is_longer_than_31\", 0, 0, 1, 1 }", 1, "(2): "},
+        {"TestDlg {\nMENUITEM, 1 }\nOther {\nDIALOG, \"\", 0, 0, 1, 1 }", 1,
+         "(2): [TestDlg] the section ends within a"},
         {"TestDlg {\nMENUITEM, 1, \"a\", \"\", \"\", 1, 0, 0, 10, 10 }", 4, "(2): "},
     };
     for (const Case& c : cases) {
@@ -163,9 +195,10 @@ TEST_F(DialogTest, EveryErrorHasItsCodeAndItsLine)
         EXPECT_EQ(code, c.code);
         EXPECT_TRUE(Toolkit().windows.empty()) << "nothing stays in the table";
         const std::vector<std::string> debug = TakeDebug();
-        ASSERT_EQ(debug.size(), 2u);
+        ASSERT_GE(debug.size(), 2u);
         EXPECT_EQ(debug[0].rfind(resource + c.where, 0), 0u) << debug[0];
-        EXPECT_EQ(debug[1], "Interface dialog creation failed. Error code: " + std::to_string(c.code) + "\r\n");
+        EXPECT_EQ(debug.back(),
+                  "Interface dialog creation failed. Error code: " + std::to_string(c.code) + "\r\n");
     }
 }
 
@@ -173,12 +206,14 @@ TEST_F(DialogTest, MissingSpritesFontsAndWindows)
 {
     {
         CItfDialog dialog;
-        EXPECT_THROW(Load(dialog, "TestDlg {\nBUTTON, \"\", \"nofont\", \"nodown\", \"\", \"\", 1, 0,0,9,9, -1,0,0,0 }"),
-                     int);
+        EXPECT_THROW(
+            Load(dialog,
+                 "TestDlg {\nBUTTON, \"\", \"nofont\", \"nodown\", \"\", \"\", 1, 0,0,9,9, -1,0,0,0 }"),
+            int);
         const std::vector<std::string> debug = TakeDebug();
         ASSERT_EQ(debug.size(), 4u);
         EXPECT_NE(debug[0].find("the font \"nofont\" isn't in itfnames.ini"), std::string::npos);
-        EXPECT_NE(debug[1].find("(2): the sprite \"nodown\""), std::string::npos);
+        EXPECT_NE(debug[1].find("(2): [TestDlg] the sprite \"nodown\""), std::string::npos);
         EXPECT_EQ(debug[3], "Interface dialog creation failed. Error code: 3\r\n");
     }
     {

@@ -205,6 +205,13 @@ TEST_F(EditBoxTest, KeysChangeTextCaretAndSelection)
         {"read-only keeps what is selected", EDS_READONLY, 0, "abc", "<S-End><C-x>xyz", "abc", {0, 3}, "abc"},
 
         {"enter splits", MULTI, 0, "abcd", "<Right><Right><Enter>x", "ab|xcd", {1, 1}},
+        {"enter among lines",
+         MULTI,
+         0,
+         "a|b|c|d|e|f|g|h|i|j",
+         "<PgDn><Down><Enter>x",
+         "a|b|c|d|e||xf|g|h|i|j",
+         {6, 1}},
         {"enter takes the selection", MULTI, 0, "abcd", "<Right><S-Right><S-Right><Enter>", "a|d", {1, 0}},
         {"backspace joins", MULTI, 0, "ab|cd|e", "<Down><Back>x", "abxcd|e", {0, 3}},
         {"delete joins", MULTI, 0, "ab|cd|e", "<End><Del>x", "abxcd|e", {0, 3}},
@@ -222,6 +229,7 @@ TEST_F(EditBoxTest, KeysChangeTextCaretAndSelection)
         {"lines: down", MULTI, 0, "ab|cd|ef", "<Right><S-Down><S-Down>", "ab|cd|ef", {2, 1}, "b|cd|e"},
         {"lines: up", MULTI, 0, "ab|cd|ef", "<Down><Down><Right><S-Up>", "ab|cd|ef", {1, 1}, "d|e"},
         {"lines: over a line's end", MULTI, 0, "ab|cd", "<End><S-Right><S-Right>", "ab|cd", {1, 1}, "|c"},
+        {"lines: back to a line's end", MULTI, 0, "ab|cd", "<Down><S-Left>", "ab|cd", {0, 2}, "|"},
         {"lines: back over a line's end", MULTI, 0, "ab|cd", "<Down><S-Left><S-Left>", "ab|cd", {0, 1}, "b|"},
         {"lines: a column beyond the end", MULTI, 0, "abcd|e|fg", "<End><S-Down>", "abcd|e|fg", {1, 4}, "|e"},
         {"lines: typing joins", MULTI, 0, "ab|cd|ef", "<Right><S-Down><S-Down>x", "axf", {0, 2}},
@@ -356,7 +364,7 @@ TEST_F(EditBoxTest, TextByCall)
     EXPECT_EQ(box.GetLine(3), nullptr);
     EXPECT_EQ(box.GetLine(-1), nullptr);
 
-    Keys("<Down><Down><S-Right>");
+    Keys("<Down><Down><S-Right><S-Right>");
     box.SetText(box.GetText()); // its own copy
     EXPECT_STREQ(box.GetText(), "ab\r\n\r\ncd");
     EXPECT_EQ(Caret(), (EditPos{0, 0}));
@@ -474,6 +482,11 @@ TEST_F(EditBoxTest, ViewFollowsTheCaret)
         {"up within the view", MULTI, ten, "<PgDn><PgDn><PgDn><Up><Up><Up>", {6, 0}},
         {"up past the edge", MULTI, ten, "<PgDn><PgDn><PgDn><Up><Up><Up><Up>", {5, 0}},
         {"fewer lines than a page", MULTI, "a\r\nb", "<Down>", {0, 0}},
+        {"the last line goes to the bottom",
+         MULTI,
+         ten,
+         "<PgDn><PgDn><PgDn><Up><Up><Up><S-Down><S-Down><S-Down><Del>",
+         {3, 0}},
         {"lines deleted from below", MULTI, ten, "<PgDn><PgDn><PgDn><S-PgUp><S-PgUp><S-PgUp><Del>", {0, 0}},
     };
     for (const auto& c : cases) {
@@ -485,6 +498,15 @@ TEST_F(EditBoxTest, ViewFollowsTheCaret)
         EXPECT_EQ(got.line, c.topLeft.line);
         EXPECT_EQ(got.col, c.topLeft.col);
     }
+    // Not even one character fits: the one before the caret shows.
+    Open(0, "abc", 12);
+    Keys("<End>");
+    EXPECT_EQ(TopLeft().col, 2);
+    // Cutting doesn't scroll, but never leaves the view behind the last line.
+    Open(MULTI, ten.c_str());
+    Keys("<S-PgDn><S-PgDn><S-PgDn><C-x>");
+    EXPECT_STREQ(m_pBox->GetText(), "L9");
+    EXPECT_EQ(BoxPixel(0, 0), TEXT_PIXEL);
     // The caret leaves the view on the left: ten columns at once.
     Open(0, sixty.c_str());
     Keys("<End>");
@@ -631,9 +653,36 @@ TEST_F(EditBoxTest, SurvivesAMissingFontAndATinyRectangle)
     EXPECT_EQ(Caret(), (EditPos{1, 1}));
     for (const RECT& inner : {RECT{0, 0, 3, 5}, RECT{0, 0, 0, 0}, RECT{10, 10, 5, 5}}) {
         box.SetInnerRect(inner);
+        const EditPos before = Caret();
+        Keys("<PgUp><PgDn>");
+        EXPECT_EQ(Caret(), before) << "no line fits, so a page is none";
         Keys("<PgUp><PgUp><PgDn><End>xyz<Home><Enter><S-PgDn><Del><Back>");
     }
     EXPECT_GE(box.GetLineCount(), 1);
+}
+
+// A box without a background lets others paint, and one of them may close it.
+TEST_F(EditBoxTest, MayGoWhileItRepaints)
+{
+    host.clipboard = "pasted";
+    for (const char* keys :
+         {"a", "<Back>", "<Del>", "<S-Ins>", "<C-v>", "<C-x>", "<Left>", "<Esc>", "<Enter>"}) {
+        SCOPED_TRACE(keys);
+        Open(MULTI, "text");
+        auto clear = std::make_unique<CItfEditBox>();
+        const RECT rect = {BOX_LEFT, BOX_TOP, BOX_LEFT + BOX_WIDTH, BOX_TOP + 40};
+        ASSERT_TRUE(clear->Create("", nullptr, &rect, m_pParent.get(), CONTROL_ID, MULTI, &engine));
+        clear->SetText("first\r\nsecond");
+        clear->Show(true);
+        clear->SetFocus();
+        clear->SetCaret(0, 2);
+        if (std::string(keys) == "<C-x>")
+            Keys("<S-End>");
+        m_pParent->onDraw = [&] { clear.reset(); };
+        Keys(keys);
+        EXPECT_EQ(clear, nullptr);
+        m_pParent->onDraw = nullptr;
+    }
 }
 
 } // namespace

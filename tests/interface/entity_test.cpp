@@ -63,9 +63,9 @@ TEST_F(InterfaceTest, StartChoosesTheDisplayModeByHeightAndCode)
         bool large;   ///< when the logic leaves the display as it is
     };
     const Case cases[] = {
-        {800, 600, 99, false, false},  {640, 480, 99, true, false},   {1024, 768, 99, true, true},
-        {1024, 768, 7, false, true},   {1024, 768, 35, false, true},  {1024, 768, 8000, true, true},
-        {640, 480, 7, true, false},    {1024, 601, 13, false, true},
+        {800, 600, 99, false, false}, {640, 480, 99, true, false},  {1024, 768, 99, true, true},
+        {1024, 768, 7, false, true},  {1024, 768, 35, false, true}, {1024, 768, 8000, true, true},
+        {640, 480, 7, true, false},   {1024, 601, 13, false, true},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::to_string(c.height) + "/" + std::to_string(c.code));
@@ -76,9 +76,11 @@ TEST_F(InterfaceTest, StartChoosesTheDisplayModeByHeightAndCode)
         EXPECT_EQ(Ui().IsLargeDisplay(), c.large);
         RECT screen;
         CItfWnd::GetVirtualScreen(&screen);
-        const RECT centred = {(c.width - 800) / 2, (c.height - 600) / 2, (c.width + 800) / 2, (c.height + 600) / 2};
+        const RECT centred = {(c.width - 800) / 2, (c.height - 600) / 2, (c.width + 800) / 2,
+                              (c.height + 600) / 2};
         EXPECT_EQ(screen, c.large ? centred : (RECT{0, 0, 800, 600}));
-        EXPECT_EQ(engine.viewport.rc, screen);
+        const RECT placed = engine.viewport.rc;
+        EXPECT_EQ(placed, screen);
         EXPECT_FLOAT_EQ(engine.viewport.fNear, 0.1f);
         DropUi();
         Toolkit() = ToolkitState();

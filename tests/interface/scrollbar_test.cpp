@@ -179,6 +179,7 @@ TEST_F(ScrollBarTest, PointerThatMovesOnAHeldArrow)
     TickAfter(250);
     EXPECT_EQ(bar->GetPos(), 37);
     EXPECT_EQ(Pixel(LEFT, TOP), BLUE);
+    host.now += 300;
     Move(210); // and taken up by the other one
     EXPECT_EQ(bar->GetPos(), 38);
     EXPECT_EQ(Pixel(LEFT, TOP + LENGTH - 1), RED);
@@ -393,6 +394,19 @@ TEST_F(ScrollBarTest, BarsTooSmallForTheirPartsSurviveEveryGesture)
                 EXPECT_LE(bar->GetPos(), 10);
             }
         }
+    }
+}
+
+TEST_F(ScrollBarTest, ThumbThatFillsItsTrackCannotBeMoved)
+{
+    Make(std::make_unique<CItfScrollBar>(), ARROW, 2 * ARROW + THUMB, 0);
+    bar->SetRange(0, 10, 3);
+    bar->SetPos(4);
+    for (const int place : {30, 60, 0}) {
+        Press(30);
+        Move(place);
+        EXPECT_EQ(bar->GetPos(), 4) << place;
+        Release();
     }
 }
 

@@ -132,6 +132,10 @@ TEST_F(TextBoxTest, BarStandsBesideTheInnerRectangleAndNarrowsTheText)
     box->AddText(("\r\n" + line).c_str(), nullptr);
     EXPECT_EQ(box->GetLineCount(), PAGE + 2);
     EXPECT_EQ(box->GetScrollBar()->GetMax(), 2);
+    // 16 pixels less leave room for 23 characters.
+    box->SetText(nullptr);
+    box->SetText(Lines(PAGE + 1, "xxxxxxxxxxx xxxxxxxxxxx").c_str());
+    EXPECT_EQ(box->GetLineCount(), PAGE + 1);
 }
 
 TEST_F(TextBoxTest, KeysAndWheelScrollByLines)
@@ -426,7 +430,7 @@ TEST(ByteBufferTest, GrowsByItsStepOrByTheShortfall)
         {3, 3},            // the first block is exact
         {1, 13},           // short by less than the step
         {9, 13}, {10, 23}, // short by the step
-        {9, 33}, {100, 132}, {0, 132},
+        {9, 33}, {13, 45}, {100, 145}, {0, 145},
     };
     CByteBuffer buffer;
     std::string expected;

@@ -1,5 +1,7 @@
 // CItfWnd: tree, painting order, messages, and walks over windows that go away on the way.
 
+#include <utility>
+
 #include "support/toolkit_fixture.h"
 
 using namespace seawarden_test;
@@ -29,7 +31,8 @@ TEST_F(WindowTest, CreateEntersTheTableOnceAndUpToItsLimit)
     EXPECT_FALSE(top.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine)) << "no 2-D layer";
     engine.hasRender = true;
     EXPECT_FALSE(top.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, nullptr)) << "no host";
-    ASSERT_TRUE(top.Create(nullptr, "unknown", nullptr, nullptr, 0, 0, &engine)) << "a missing sprite is no failure";
+    ASSERT_TRUE(top.Create(nullptr, "unknown", nullptr, nullptr, 0, 0, &engine))
+        << "a missing sprite is no failure";
     EXPECT_EQ(top.GetId(), 0);
     EXPECT_EQ(top.GetSprite(), -1);
     EXPECT_EQ(top.GetClientRect(), (RECT{0, 0, 800, 600})) << "no rectangle: the whole screen";
@@ -86,7 +89,8 @@ TEST_F(WindowTest, TreeQueriesAndCoordinates)
     POINT point = {16, 28};
     grandchild->ScreenToClient(&point);
     EXPECT_EQ(point, (POINT{0, 0}));
-    for (const auto& [x, y, hit] : {std::tuple{16, 28, true}, {25, 37, true}, {26, 37, false}, {25, 38, false}}) {
+    for (const auto& [x, y, hit] :
+         {std::tuple{16, 28, true}, {25, 37, true}, {26, 37, false}, {25, 38, false}}) {
         const POINT at = {x, y};
         EXPECT_EQ(grandchild->HitTest(&at), hit) << x << "," << y;
     }
@@ -244,6 +248,49 @@ TEST_F(WindowTest, PostedQueueDeliversWhatIsPostedOnTheWayUpToItsLimit)
     EXPECT_EQ(wnd->got.size(), 3u);
 }
 
+TEST_F(WindowTest, AHandlerThatRunsFramesItselfDeliversNothingTwice)
+{
+    auto wnd = Make({0, 0, 100, 100});
+    bool nested = false;
+    wnd->onMessage = [&](const RecordingWnd::Got&) {
+        if (!std::exchange(nested, true))
+            CItfWnd::DeliverPosted();
+    };
+    for (std::uint32_t i = 0; i < 3; ++i)
+        CItfWnd::PostTo(wnd->GetId(), ITFM_COMMAND, i, 0);
+    CItfWnd::DeliverPosted();
+    std::vector<std::uint32_t> order;
+    for (const RecordingWnd::Got& got : wnd->got)
+        order.push_back(got.wParam);
+    EXPECT_EQ(order, (std::vector<std::uint32_t>{0, 1, 2}));
+    EXPECT_TRUE(Toolkit().posted.empty());
+}
+
+TEST_F(WindowTest, MovingPaintsTheOldPlaceAndAWindowMayBeMadeAgain)
+{
+    auto back = Make({0, 0, 200, 200});
+    auto wnd = Make({10, 20, 30, 50});
+    const POINT pos = {100, 100};
+    wnd->SetPos(&pos, true);
+    const SIZE size = {5, 5};
+    wnd->SetSize(&size, true);
+    ASSERT_EQ(back->draws.size(), 2u);
+    EXPECT_EQ(back->draws[0], (RECT{10, 20, 30, 50}));
+    EXPECT_EQ(back->draws[1], (RECT{100, 100, 120, 130})) << "with the size before";
+    EXPECT_TRUE(wnd->draws.empty());
+    // The walk under a move may delete the window that moves.
+    RecordingWnd* mover = wnd.get();
+    back->onDraw = [&] { wnd.reset(); };
+    mover->SetPos(&pos, true);
+    EXPECT_EQ(wnd, nullptr);
+
+    back->Destroy();
+    const RECT rect = {0, 0, 10, 10};
+    ASSERT_TRUE(back->Create(nullptr, nullptr, &rect, nullptr, 0, 0, &engine));
+    EXPECT_FALSE(back->IsVisible()) << "as new";
+    EXPECT_EQ(back->GetCaption(), "");
+}
+
 // Each walk goes on when a window destroys and deletes itself, its parent, or the window behind it.
 TEST_F(WindowTest, WalksSurviveWindowsThatGoAway)
 {
@@ -276,7 +323,10 @@ TEST_F(WindowTest, WalksSurviveWindowsThatGoAway)
             };
             RecordingWnd* actor = self.get();
             actor->onMessage = [&](const RecordingWnd::Got&) { act(); };
-            actor->onTick = actor->onDraw = [&, act] { auto run = act; run(); };
+            actor->onTick = actor->onDraw = [&, act] {
+                auto run = act;
+                run();
+            };
             const RECT all = {0, 0, 800, 600};
             switch (walk) {
             case Walk::Dispatch:

@@ -69,6 +69,24 @@ TEST_F(DsFile, WhatCantBeOpenedThrowsAndLeavesTheFileClosed)
     }
 }
 
+TEST_F(DsFile, AFileIsOpenedAgainByItsOwnName)
+{
+    // Longer than what a string keeps inside itself.
+    const char* const path = "folder\\a name of some length.txt";
+    roots.Put("game/folder/a name of some length.txt", "abc");
+    ds_file plain(path, ds_file::MODE_READ);
+    ds_file_buffered buffered(path, false);
+    for (ds_file* file : {&plain, static_cast<ds_file*>(&buffered)}) {
+        ASSERT_NO_THROW(file->open(file->get_name(), ds_file::MODE_READ));
+        EXPECT_STREQ(file->get_name(), path);
+        EXPECT_EQ(file->get_size(), 3u);
+    }
+    ASSERT_NO_THROW(plain.open(plain.get_name(), ds_file::MODE_WRITE));
+    EXPECT_EQ(plain.write("d", 1), 1u);
+    EXPECT_TRUE(plain.close());
+    EXPECT_EQ(roots.Get("user/folder/a name of some length.txt"), "d");
+}
+
 TEST_F(DsFile, AFullDiskIsToldByClose)
 {
     for (const std::size_t size : {std::size_t{1}, std::size_t{1} << 20}) {

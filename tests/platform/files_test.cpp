@@ -104,6 +104,13 @@ TEST_F(Files, WritesGoToThePlayersFolderAndLeaveTheGameAlone)
     EXPECT_EQ(roots.Get("game/settings.txt"), "game");
     EXPECT_FALSE(write("absent.txt", "r+b", "x"));
 
+    roots.Put("game/fixed.txt", "game");
+    std::filesystem::permissions(roots.folder / "game/fixed.txt", std::filesystem::perms::owner_read);
+    EXPECT_TRUE(write("fixed.txt", "ab", " and mine"));
+    EXPECT_EQ(roots.Get("user/fixed.txt"), "game and mine");
+    const auto perms = std::filesystem::status(roots.folder / "user/fixed.txt").permissions();
+    EXPECT_NE(perms & std::filesystem::perms::owner_write, std::filesystem::perms::none);
+
     PlatformSetRoots("", (roots.folder / "game").string());
     EXPECT_FALSE(write("new.txt", "wb", "x")) << "no player's folder: read-only";
 }
@@ -140,7 +147,7 @@ TEST_F(Files, SearchesGiveTheSortedUnionOfBothRoots)
     } cases[] = {
         {"scenarios\\*.sc", {"Alpha.sc", "BETA.SC", "gamma.sc"}},
         {"SCENARIOS\\*.*", {".", "..", "Alpha.sc", "BETA.SC", "deep", "gamma.sc", "notes.txt"}},
-        {"scenarios\\?????.sc", {"Alpha.sc", "gamma.sc"}},
+        {"scenarios\\?????.sc", {"Alpha.sc", "BETA.SC", "gamma.sc"}},
         {"scenarios\\*a*a.s?", {"Alpha.sc", "gamma.sc"}},
         {"scenarios\\ALPHA.SC", {"Alpha.sc"}},
         {"scenarios\\missing.sc", {}},
@@ -163,6 +170,47 @@ TEST_F(Files, SearchesGiveTheSortedUnionOfBothRoots)
     EXPECT_FALSE(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY);
     FindClose(search);
     EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
+}
+
+TEST_F(Files, WildcardsTakeADotOrTheEndOfANameForNothing)
+{
+    for (const char* name : {"scen1.sav", "scen12.sav", "scen1234.sav", "scen12345.sav", "name", "name.txt",
+                             "two.dots.txt", ".hidden"}) {
+        roots.Put(std::string("game/f/") + name);
+    }
+    const Names all = {".",         "..",         ".hidden",      "name",          "name.txt",
+                       "scen1.sav", "scen12.sav", "scen1234.sav", "scen12345.sav", "two.dots.txt"};
+    const struct {
+        const char* mask;
+        Names names;
+    } cases[] = {
+        {"scen????.sav", {"scen1.sav", "scen12.sav", "scen1234.sav"}},
+        {"scen1?3?.sav", {}},
+        {"scen?.sav", {"scen1.sav"}},
+        {"name????", {"name"}},
+        {"????", {"name"}},
+        {"????????.???", {"name", "name.txt", "scen1.sav", "scen12.sav", "scen1234.sav"}},
+        {"???.dots.*", {"two.dots.txt"}},
+        {"two?dots.txt", {}},
+        {"name.*", {"name", "name.txt"}},
+        {"NAME.?", {"name"}},
+        {"name.", {"name"}},
+        {"name*", {"name", "name.txt"}},
+        {"*.", {".", "..", "name"}},
+        {"n*.", {"name"}},
+        {"*.txt", {"name.txt", "two.dots.txt"}},
+        {"*.dots.*", {"two.dots.txt"}},
+        {"*o*.t*t", {"two.dots.txt"}},
+        {".*", {".", "..", ".hidden"}},
+        {"?", {}},
+        {".", {"."}},
+        {"*", all},
+        {"*.*", all},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(List((std::string("f\\") + c.mask).c_str()), c.names) << c.mask;
+    }
+    EXPECT_TRUE(List(("f\\" + std::string(2000, '*') + "x").c_str()).empty());
 }
 
 TEST_F(Files, NamesAreCodePageBytesHereAndUtf8OnTheDisk)

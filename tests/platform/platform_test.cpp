@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "../../platform/src/internal.h"
 #include "platform/clipboard.h"
 #include "platform/gdi.h"
 #include "platform/host.h"
@@ -284,6 +285,30 @@ TEST_F(Platform, LocaleTextsFillABufferWhole)
     for (DWORD item : {LOCALE_STHOUSAND, LOCALE_SDECIMAL, LOCALE_SDATE, LOCALE_STIME, LOCALE_SSHORTDATE,
                        LOCALE_STIMEFORMAT, LOCALE_S1159, LOCALE_S2359, LOCALE_ITIME, LOCALE_IDATE}) {
         EXPECT_GT(GetLocaleInfoA(LOCALE_SYSTEM_DEFAULT, item, nullptr, 0), 1) << item;
+    }
+}
+
+TEST(Locale, DateFormatsBecomePictures)
+{
+    const struct {
+        const char *format, *picture, *separator, *order;
+    } cases[] = {
+        {"%m/%d/%Y", "MM/dd/yyyy", "/", "0"},
+        {"%-d.%-m.%y", "dd.MM.yy", ".", "1"},
+        {"%Y-%m-%d", "yyyy-MM-dd", "-", "2"},
+        {"%A %d %b %Y", "dddd dd MMM yyyy", " ", "1"},
+        {"%a %B %e %Y", "ddd MMMM d yyyy", " ", "0"},
+        {"%U %d.%m.", "dd.MM.", ".", "1"},
+        {" %G", "", "?", "0"},
+        {"%F", "yyyy-MM-dd", "-", "2"},
+        {"%Ey%", "yy%", "%", "2"},
+        {"%I:%M %p", "hh:mm tt", ":", "0"},
+    };
+    for (const auto& c : cases) {
+        const std::string picture = PlatformPictureOf(c.format);
+        EXPECT_EQ(picture, c.picture) << c.format;
+        EXPECT_EQ(PlatformPictureSeparator(picture, "?"), c.separator) << c.format;
+        EXPECT_EQ(PlatformPictureOrder(picture), c.order) << c.format;
     }
 }
 

@@ -212,7 +212,7 @@ class FakeEngine : public IEngine
     IEngine* currentScene = nullptr; ///< GetSubsystem(0, 0)
     DisplayInfo displayInfo = {};
     bool hasViewport = true;
-    ViewportRecord viewport = {}; ///< viewport 0
+    alignas(8) ViewportRecord viewport = {}; ///< viewport 0
 
     std::set<std::string> refused; ///< names for which CreateEntity fails
     std::vector<int> destroyed;

@@ -4,9 +4,9 @@
 #include <fstream>
 
 #include "itfrecords.h"
+#include "keelworks/ds_file.h"
 #include "kernel/itfdialog.h"
 #include "kernel/nameloader.h"
-#include "keelworks/ds_file.h"
 #include "platform/files.h"
 #include "render/picture.h"
 
@@ -65,13 +65,16 @@ void ToolkitTest::WriteFile(const std::string& path, const std::string& content)
     std::ofstream(real, std::ios::binary) << content;
 }
 
-void ToolkitTest::WriteDialogs(const std::string& text) { WriteFile("resource/txt_res/itfdlg.ini", text); }
+void ToolkitTest::WriteDialogs(const std::string& text)
+{
+    WriteFile("resource/txt_res/itfdlg.ini", text);
+}
 
 void ToolkitTest::AddSprite(const std::string& name, int width, int height, std::uint16_t pixel)
 {
     const std::string file = "test_" + name + ".png";
-    const std::vector<std::uint16_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                                            pixel);
+    const std::vector<std::uint16_t> pixels(
+        static_cast<std::size_t>(width) * static_cast<std::size_t>(height), pixel);
     SavePng((userFolder / file).string(), pixels.data(), width, height);
     Toolkit().spriteMap.push_back({name, file});
 }
@@ -82,7 +85,8 @@ void ToolkitTest::AddFont(const std::string& name)
     SavePng((userFolder / "test_font.png").string(), pixels.data(), TEST_GLYPH_WIDTH, TEST_GLYPH_HEIGHT);
     std::string text = "texture = \"test_font.png\"\nsymbols\n{\n";
     for (int c = ' '; c <= '~'; ++c)
-        text += std::string("\"") + static_cast<char>(c) + "\", 0, 0, 8, 10, 0, 8" + (c == '~' ? "}\n" : ",\n");
+        text +=
+            std::string("\"") + static_cast<char>(c) + "\", 0, 0, 8, 10, 0, 8" + (c == '~' ? "}\n" : ",\n");
     WriteFile("resource/txt_res/test.fnt", text);
     Toolkit().fontMap.push_back({name, "test.fnt"});
 }
@@ -116,7 +120,10 @@ Word ToolkitTest::Send(int number, std::vector<Word> words)
     return Ui().OnMessage(&message.record);
 }
 
-Word ToolkitTest::SendEvent(ItfEvent event) { return Send(MSG_ITF_EVENT, {reinterpret_cast<Word>(&event)}); }
+Word ToolkitTest::SendEvent(ItfEvent event)
+{
+    return Send(MSG_ITF_EVENT, {reinterpret_cast<Word>(&event)});
+}
 
 void ToolkitTest::Start(int code)
 {
@@ -162,7 +169,10 @@ Word ToolkitTest::Wheel(int x, int y, int notches)
     return Mouse(WM_MOUSEWHEEL, x, y, static_cast<std::uint32_t>(high) << 16);
 }
 
-Word ToolkitTest::Key(int key) { return Ui().OnWindowMessage(WM_KEYDOWN, static_cast<std::uint32_t>(key), 0); }
+Word ToolkitTest::Key(int key)
+{
+    return Ui().OnWindowMessage(WM_KEYDOWN, static_cast<std::uint32_t>(key), 0);
+}
 
 Word ToolkitTest::Char(int character)
 {
@@ -184,7 +194,10 @@ std::uint16_t ToolkitTest::Pixel(int x, int y)
     return pixel;
 }
 
-std::vector<std::string> ToolkitTest::TakeDebug() { return std::exchange(host.debug, {}); }
+std::vector<std::string> ToolkitTest::TakeDebug()
+{
+    return std::exchange(host.debug, {});
+}
 
 std::vector<int> ToolkitTest::Commands() const
 {

@@ -1,7 +1,7 @@
 #pragma once
-// The fixture of the module's tests: a clean toolkit, a fake engine with a real memory display, a fake platform,
-// the shipped data folder and an empty player's folder. A debug line that no test took, or a window left over,
-// fails the test.
+// The fixture of the module's tests: a clean toolkit, a fake engine with a real memory display, a fake
+// platform, the shipped data folder and an empty player's folder. A debug line that no test took, or a window
+// left over, fails the test.
 
 #include <gtest/gtest.h>
 

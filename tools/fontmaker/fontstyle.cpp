@@ -1,5 +1,6 @@
 #include "fontstyle.h"
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -55,7 +56,11 @@ class CLine
 
     int Whole(std::size_t index, int least, int most) const
     {
-        return static_cast<int>(Number(index, least, most));
+        const double value = Number(index, least, most);
+        if (value != std::floor(value)) {
+            Fail("\"" + Word(index) + "\" isn't a whole number");
+        }
+        return static_cast<int>(value);
     }
 
     /// `#rrggbb`
@@ -98,7 +103,8 @@ void SetRanges(const CLine& line, SFontStyle& style)
         line.Fail("\"letters\" needs pairs of a first and a last byte");
     }
     for (std::size_t i = 1; i + 1 < line.GetCount(); i += 2) {
-        style.ranges.emplace_back(line.Whole(i, 1, 255), line.Whole(i + 1, 1, 255));
+        const int first = line.Whole(i, 1, 255);
+        style.ranges.emplace_back(first, line.Whole(i + 1, first, 255));
     }
 }
 

@@ -82,9 +82,10 @@ int main(int argc, char** argv)
 {
     const std::vector<std::string> args(argv + 1, argv + argc);
     try {
-        if (args.size() == PREVIEW_ARGUMENTS && args[0] == "--preview") {
+        const bool preview = !args.empty() && args[0] == "--preview";
+        if (preview && args.size() == PREVIEW_ARGUMENTS) {
             Preview(args);
-        } else if (args.size() == MAKE_ARGUMENTS) {
+        } else if (!preview && args.size() == MAKE_ARGUMENTS) {
             Make(args);
         } else {
             std::fputs(USAGE, stderr);

@@ -1,0 +1,127 @@
+// What the player sees, pixel by pixel: each picture is compared with its reference in tests/pictures. After
+// a wanted change of the looks, UPDATE_PICTURES=1 in the environment writes the references anew; look at them
+// before they go in.
+
+#include <cstdlib>
+
+#include "controls/itfbutton.h"
+#include "controls/itfeditbox.h"
+#include "controls/itfmenu.h"
+#include "flow/editboxdlg.h"
+#include "flow/maindlg.h"
+#include "flow/valuebox.h"
+#include "render/picture.h"
+#include "support/picture_compare.h"
+#include "support/toolkit_fixture.h"
+
+using namespace seawarden_test;
+
+namespace
+{
+
+class PicturesTest : public ToolkitTest
+{
+  protected:
+    void SetUp() override
+    {
+        std::uint32_t version = 0x00010000;
+        engine.profile.SelectSection("VERSION", 1);
+        engine.profile.Write("Version", "x", &version);
+        engine.textTable.texts = {
+            {116, "Version"}, {16, "Are you sure, Captain?"}, {13150, "Leaving the Bridge"}};
+        engine.refused.insert("shader");
+        Start(EVENT_MAIN_MENU);
+        Frame();
+    }
+    void Check(const std::string& name)
+    {
+        const Picture picture = TakePicture(engine.render, Toolkit().screenSurface);
+        const std::string path = std::string(SEAWARDEN_SOURCE_DIR) + "/tests/pictures/" + name + ".png";
+        if (std::getenv("UPDATE_PICTURES") != nullptr)
+            SavePng(path, picture.m_aPixels.data(), picture.m_nWidth, picture.m_nHeight);
+        EXPECT_TRUE(SameAsReference(name, picture, path));
+    }
+    CItfWnd& Top() { return *CItfWnd::FindWindow(0); }
+};
+
+TEST_F(PicturesTest, MainMenu)
+{
+    Move(640, 470);
+    Frame();
+    Check("main_menu");
+}
+
+// An item is painted over its plain form alone: the lit letters must leave nothing behind.
+TEST_F(PicturesTest, MenuItemsAreCleanAfterThePointerHasPassed)
+{
+    Move(5, 5);
+    CItfWnd::RedrawAll();
+    Frame();
+    const Picture before = TakePicture(engine.render, Toolkit().screenSurface);
+    for (int y = 176; y < 496; y += 4) {
+        Move(640, y);
+        Frame();
+    }
+    auto* menu = dynamic_cast<CItfMenu*>(CItfWnd::FindWindow(Toolkit().windows[2].id));
+    ASSERT_NE(menu, nullptr);
+    menu->GetRoot().ClearItemState(-1, MENUITEM_HIGHLIGHTED);
+    for (int i = 0; ItfMenuItem* item = menu->GetRoot().GetItem(i); ++i)
+        menu->Invalidate(&item->m_rc);
+    Frame();
+    EXPECT_TRUE(SamePicture("menu_after", TakePicture(engine.render, Toolkit().screenSurface), before));
+}
+
+TEST_F(PicturesTest, Question)
+{
+    CItfWnd::PostTo(0, ITFM_COMMAND, 10, 10);
+    Frame();
+    Move(320, 412);
+    Frame();
+    Check("question");
+}
+
+TEST_F(PicturesTest, ALongMessageHasAScrollBar)
+{
+    std::string text = "To all captains of the squadron.\r\n\r\n";
+    for (int i = 0; i < 6; ++i)
+        text += "At first light the squadron weighs anchor and steers north by east. Keep station, keep "
+                "silence on the "
+                "wireless, and keep a sharp look-out for periscopes; the balloons report by lamp alone. ";
+    Top().MessageBox(text.c_str(), "Standing Orders for the Night", nullptr, 0, 0);
+    Wheel(400, 300, -1);
+    Frame();
+    Check("long_message");
+}
+
+TEST_F(PicturesTest, EditBox)
+{
+    CEditBoxDlg box;
+    ASSERT_TRUE(box.Create("By what name shall the Admiralty know you?", &Top(), 1, 0, &engine));
+    box.Show(true);
+    box.SetValue("Captain A. Hollis");
+    auto* edit = box.GetControlAs<CItfEditBox>(CEditBoxDlg::IDC_VALUE);
+    ASSERT_NE(edit, nullptr);
+    edit->SetFocus();
+    host.keysDown.insert(VK_SHIFT);
+    Key(VK_END);
+    for (int i = 0; i < 6; ++i)
+        Key(VK_LEFT);
+    host.keysDown.clear();
+    CItfWnd::RedrawAll();
+    Frame();
+    Check("edit_box");
+    box.Destroy();
+}
+
+TEST_F(PicturesTest, DisabledAndPressedButtons)
+{
+    auto* box = Top().MessageBox("The wireless is silent.", "Signals", nullptr, 0, CValueBox::STYLE_YES_NO);
+    box->GetControl(CValueBox::IDC_SECOND)->Enable(false);
+    box->Invalidate(nullptr);
+    Down(320, 412);
+    Frame();
+    Check("buttons");
+    Up(5, 5);
+}
+
+} // namespace

@@ -1,0 +1,306 @@
+// The font tool as its user runs it, and the shipped fonts that it made.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <strings.h>
+#include <sys/wait.h>
+#include <vector>
+
+#include "controls/itffont.h"
+#include "keelworks/ds_file.h"
+#include "kernel/nameloader.h"
+#include "platform/files.h"
+#include "render/picture.h"
+#include "render/render2d.h"
+#include "support/fakes.h"
+
+namespace
+{
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+const std::string SOURCES = SEAWARDEN_SOURCE_DIR;
+const std::string DATA = SOURCES + "/data";
+constexpr char IMAGES[] = "/resource/images";
+constexpr char TEXTS[] = "/resource/txt_res/";
+
+/// A folder that is the player's, so that the game finds the fonts made there before the shipped ones.
+class FontMakerTest : public ::testing::Test
+{
+  protected:
+    FontMakerTest()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "fontmaker-XXXXXX").string();
+        EXPECT_NE(mkdtemp(name.data()), nullptr);
+        folder = name;
+        PlatformSetRoots(folder, DATA);
+        std::filesystem::create_directories(folder + TEXTS);
+        std::filesystem::copy_file(SOURCES + "/art/fonts/Cabin-Medium.otf", folder + "/face.otf");
+    }
+    ~FontMakerTest() override { std::filesystem::remove_all(folder); }
+
+    void Write(const std::string& file, const std::string& content) const
+    {
+        std::ofstream(folder + "/" + file, std::ios::binary) << content;
+    }
+
+    /// Runs the tool in the folder. Gives its exit status and all that it said.
+    std::pair<int, std::string> Run(const std::vector<std::string>& arguments) const
+    {
+        std::string command = "cd '" + folder + "' && '" + SEAWARDEN_FONTMAKER + "'";
+        for (const std::string& argument : arguments)
+            command += " '" + argument + "'";
+        std::FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+        std::string output;
+        for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe))
+            output += static_cast<char>(c);
+        const int status = pclose(pipe);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+    }
+
+    /// Makes NAME.fnt from NAME.font, which is written first, and loads it as the game does.
+    void MakeFont(CItfFont& font, const std::string& name, const std::string& description)
+    {
+        Write(name + ".font", description);
+        const auto [status, output] = Run({name + ".font", folder + TEXTS + name + ".fnt", folder + IMAGES});
+        EXPECT_EQ(status, 0) << output;
+        EXPECT_EQ(output, "");
+        EXPECT_TRUE(font.Load((name + ".fnt").c_str(), &render));
+        EXPECT_EQ(host.debug, std::vector<std::string>());
+    }
+
+    std::string folder;
+    seawarden_test::FakeHost host;
+    CRender2D render;
+};
+
+struct Ink {
+    int top = -1;
+    int bottom = -1; ///< first row below
+    std::uint16_t brightest = 0;
+};
+
+/// What a text covers on a blank surface.
+Ink InkOf(CRender2D& render, const CItfFont& font, const char* text)
+{
+    constexpr RECT AREA = {0, 0, 200, 60};
+    const int surface = render.CreateSurface(&AREA);
+    font.DrawLine(surface, 0, 0, AREA.right, text, 0, 0xffffff);
+    Ink ink;
+    const std::uint16_t* pixels = render.LockSurface(surface);
+    for (int i = 0; i < AREA.right * AREA.bottom; ++i) {
+        if (pixels[i] == 0)
+            continue;
+        const int row = i / AREA.right;
+        ink.top = ink.top < 0 ? row : ink.top;
+        ink.bottom = row + 1;
+        ink.brightest = std::max(ink.brightest, pixels[i]);
+    }
+    render.UnlockSurface(surface, 0);
+    render.FreeSurface(surface);
+    return ink;
+}
+
+TEST_F(FontMakerTest, MakesWhatTheDescriptionSays)
+{
+    CItfFont font;
+    MakeFont(font, "tiny",
+             "# a comment\n"
+             "face face.otf\n"
+             "texture itf\\tiny.png\n"
+             "size 20 # pixels\n"
+             "height 31\n"
+             "baseline 23\n"
+             "fill #ff8242\n"
+             "letters 32 32 48 57 65 67\n");
+    EXPECT_EQ(font.GetHeight(), 31);
+    EXPECT_EQ(font.GetWidth("D"), 0) << "a letter that wasn't asked for";
+    EXPECT_GT(font.GetWidth(" "), 0);
+    const int digit = font.GetWidth("00") - font.GetWidth("0");
+    for (const char* pair : {"01", "07", "18", "99"})
+        EXPECT_EQ(font.GetWidth(pair), 2 * digit) << pair << ": digits line up in columns";
+    const Ink ink = InkOf(render, font, "A");
+    EXPECT_EQ(ink.bottom, 23) << "a capital stands on the baseline";
+    EXPECT_NEAR(ink.bottom - ink.top, 14, 1) << "capitals of this face have 0.7 of its size";
+    EXPECT_EQ(ink.brightest, 0xfc08);
+
+    CItfFont wide;
+    MakeFont(wide, "wide", "like tiny.font\ntexture itf\\wide.png\ntracking 5\ntabular 0\nfill #2182ff\n");
+    EXPECT_EQ(wide.GetWidth("ABC"), font.GetWidth("ABC") + 3 * 5);
+    EXPECT_LT(wide.GetWidth("1") - 5, digit) << "a narrow digit";
+    EXPECT_EQ(InkOf(render, wide, "A").brightest, 0x241f);
+    EXPECT_EQ(InkOf(render, wide, "A").bottom, 23);
+}
+
+TEST_F(FontMakerTest, TellsWhatIsWrong)
+{
+    const std::string good = "face face.otf\ntexture itf\\bad.png\nfill #ffffff\n";
+    Write("text.otf", "this isn't an outline font\n");
+    const struct {
+        std::string description;
+        const char* told;
+    } cases[] = {
+        {good + "sise 12\n", "bad.font(4): unknown setting \"sise\""},
+        {good + "size 3\n", "bad.font(4): \"3\" isn't a number in the range of \"size\""},
+        {good + "\n# more\nsize 12px\n", "bad.font(6): \"12px\" isn't a number"},
+        {good + "size nan\n", "bad.font(4): \"nan\" isn't a number"},
+        {good + "height 20.5\n", "bad.font(4): \"20.5\" isn't a whole number"},
+        {good + "size\n", "bad.font(4): \"size\" needs another value"},
+        {good + "outline 1\n", "bad.font(4): \"outline\" needs another value"},
+        {good + "edge navy\n", "bad.font(4): \"navy\" isn't a colour"},
+        {good + "edge #12345g\n", "bad.font(4): \"#12345g\" isn't a colour"},
+        {good + "letters 32 64 65\n", "bad.font(4): \"letters\" needs pairs"},
+        {good + "letters 64 32\n", "bad.font(4): \"32\" isn't a number in the range of \"letters\""},
+        {good + "letters 0 10\n", "bad.font(4): \"0\" isn't a number in the range of \"letters\""},
+        {good + "like bad.font\n", "bad.font(4): too many descriptions"},
+        {good + "like none.font\n", "none.font: can't be read"},
+        {"face face.otf\nfill #ffffff\n", "bad.font: \"face\", \"texture\" and \"fill\" are needed"},
+        {good + "face none.otf\n", "none.otf: not a usable outline font"},
+        {good + "fallback text.otf\n", "text.otf: not a usable outline font"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.told);
+        Write("bad.font", row.description);
+        const auto [status, output] = Run({"bad.font", "bad.fnt", "images"});
+        EXPECT_EQ(status, 1);
+        EXPECT_THAT(output, StartsWith("seawarden-fontmaker: "));
+        EXPECT_THAT(output, HasSubstr(row.told));
+        EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1);
+        EXPECT_FALSE(std::filesystem::exists(folder + "/bad.fnt"));
+    }
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{}, {"bad.font"}, {"--preview", "bad.fnt", "images"}}) {
+        const auto [status, output] = Run(arguments);
+        EXPECT_EQ(status, 2);
+        EXPECT_THAT(output, StartsWith("usage: "));
+    }
+    Write("good.font", good);
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"none.font", "out.fnt", "images"},
+          {"good.font", "nowhere/out.fnt", "images"},
+          {"good.font", "out.fnt", "face.otf"}}) {
+        const auto [status, output] = Run(arguments);
+        EXPECT_EQ(status, 1);
+        EXPECT_THAT(output, StartsWith("seawarden-fontmaker: "));
+    }
+}
+
+/// 1 for each pixel that a text changes.
+std::vector<bool> ChangesOf(const std::vector<std::uint16_t>& pixels, std::uint16_t ground)
+{
+    std::vector<bool> changed;
+    for (const std::uint16_t pixel : pixels)
+        changed.push_back(pixel != ground);
+    return changed;
+}
+
+// The preview has its own drawing code; it is of use only as long as it shows what the game does.
+TEST_F(FontMakerTest, PreviewsLikeTheGame)
+{
+    constexpr int WIDTH = 300;
+    constexpr int HEIGHT = 160;
+    constexpr std::uint16_t GROUND = 0x001f;
+    constexpr RECT AREA = {0, 0, WIDTH, HEIGHT};
+    const std::vector<std::uint16_t> blank(WIDTH * HEIGHT, GROUND);
+    ASSERT_TRUE(SavePng(folder + "/in.png", blank.data(), WIDTH, HEIGHT));
+    const struct {
+        const char* font;
+        RECT box;
+        unsigned flags;
+        const char* text;
+    } cases[] = {
+        {"menu", {20, 10, 290, 50}, FONT_CENTER_HOR | FONT_CENTER_VERT, "Single Scenarios"},
+        {"paper", {10, 5, 210, 150}, FONT_MULTILINE, "Signal from the flagship: all ships to harbour"},
+        {"paper", {10, 5, 290, 150}, FONT_MULTILINE | FONT_CENTER_HOR | FONT_CENTER_VERT, "Fair\r\nwinds"},
+        {"list", {15, 20, 120, 90}, FONT_MULTILINE | FONT_RIGHT, "12 guns, 4 torpedoes, 880 men, 27 knots"},
+        {"button", {100, 0, 140, 40}, 0, "Splice the mainbrace"},
+        {"small", {0, 0, 300, 20}, FONT_RIGHT, "Version: 0.01.0 \xa9 \x80 \xfc"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.text);
+        CItfFont font;
+        const std::string file = std::string(row.font) + ".fnt";
+        ASSERT_TRUE(font.Load(file.c_str(), &render));
+        const int surface = render.CreateSurface(&AREA);
+        std::uint16_t* pixels = render.LockSurface(surface);
+        std::fill_n(pixels, blank.size(), GROUND);
+        font.DrawBox(surface, &row.box, row.text, row.flags, 0xffffff, nullptr);
+        const std::vector<std::uint16_t> drawn(pixels, pixels + blank.size());
+        render.UnlockSurface(surface, 0);
+        render.FreeSurface(surface);
+
+        const auto [status, output] =
+            Run({"--preview", DATA + TEXTS + file, DATA + IMAGES, row.text, std::to_string(row.box.left),
+                 std::to_string(row.box.top), std::to_string(row.box.right - row.box.left),
+                 std::to_string(row.box.bottom - row.box.top), std::to_string(row.flags), "ffffff", "in.png",
+                 "out.png"});
+        ASSERT_EQ(status, 0) << output;
+        const Picture preview = LoadPicture("out.png");
+        EXPECT_NE(drawn, blank);
+        EXPECT_EQ(ChangesOf(preview.m_aPixels, GROUND), ChangesOf(drawn, GROUND));
+    }
+}
+
+std::string FileOf(const std::vector<NameRow>& rows, const std::string& name)
+{
+    for (const NameRow& row : rows) {
+        if (strcasecmp(row.name.c_str(), name.c_str()) == 0)
+            return row.file;
+    }
+    return {};
+}
+
+struct FontFile {
+    std::string texture;
+    std::string glyphs; ///< all from the word "symbols" on
+};
+
+FontFile ReadFont(const std::string& file)
+{
+    std::ifstream in(DATA + TEXTS + file, std::ios::binary);
+    const std::string content(std::istreambuf_iterator<char>(in), {});
+    const std::size_t open = content.find('"');
+    const std::size_t symbols = content.find("symbols");
+    if (open == std::string::npos || symbols == std::string::npos)
+        return {};
+    return {content.substr(open + 1, content.find('"', open + 1) - open - 1), content.substr(symbols)};
+}
+
+// A menu or button draws its text in another form over the normal one: what the other form doesn't cover
+// would stay.
+TEST_F(FontMakerTest, ShippedFormsCoverTheirBase)
+{
+    ds_file_buffered names(NAME_RESOURCE, false);
+    const std::vector<NameRow> fonts = ReadNameMaps(&names).fonts;
+    std::vector<std::string> checked;
+    for (const NameRow& row : fonts) {
+        for (const char* ending : {"A", "Dis"}) {
+            const std::string form = FileOf(fonts, row.name + ending);
+            if (form.empty())
+                continue;
+            SCOPED_TRACE(row.name + ending);
+            checked.push_back(row.name + ending);
+            const FontFile base = ReadFont(row.file);
+            const FontFile other = ReadFont(form);
+            EXPECT_NE(base.glyphs, "");
+            EXPECT_EQ(base.glyphs, other.glyphs);
+            EXPECT_NE(base.texture, other.texture);
+            const Picture basePicture = LoadPicture(base.texture);
+            const Picture otherPicture = LoadPicture(other.texture);
+            EXPECT_EQ(basePicture.m_nWidth, otherPicture.m_nWidth);
+            EXPECT_EQ(ChangesOf(basePicture.m_aPixels, 0), ChangesOf(otherPicture.m_aPixels, 0));
+            EXPECT_NE(basePicture.m_aPixels, otherPicture.m_aPixels)
+                << "the form can't be told from its base";
+        }
+    }
+    EXPECT_THAT(checked, ::testing::IsSupersetOf({"itfBtnFontA", "itfBtnFontDis", "itfMenuFontA",
+                                                  "itfMenuFontDis", "itfListFontDis"}));
+}
+
+} // namespace
