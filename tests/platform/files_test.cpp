@@ -185,11 +185,12 @@ TEST_F(Files, WildcardsTakeADotOrTheEndOfANameForNothing)
         Names names;
     } cases[] = {
         {"scen????.sav", {"scen1.sav", "scen12.sav", "scen1234.sav"}},
-        {"scen1?3?.sav", {}},
+        {"scen1?3?.sav", {"scen1234.sav"}},
+        {"scen1?2?.sav", {}},
         {"scen?.sav", {"scen1.sav"}},
         {"name????", {"name"}},
         {"????", {"name"}},
-        {"????????.???", {"name", "name.txt", "scen1.sav", "scen12.sav", "scen1234.sav"}},
+        {"????????.???", {".", "name", "name.txt", "scen1.sav", "scen12.sav", "scen1234.sav"}},
         {"???.dots.*", {"two.dots.txt"}},
         {"two?dots.txt", {}},
         {"name.*", {"name", "name.txt"}},
