@@ -69,6 +69,16 @@ arrow_pair() {
     solid "itf/$1a.png" arrow TURN="$2" FACE=#0a1224 LIGHT=#04070f MARK=#fff2c0
 }
 
+check_pair() {
+    solid "itf/$1.png" check $(sizes "$2" 32) mark="mark_$3.inc"
+    solid "itf/$1set.png" check $(sizes "$2" 32) mark="mark_$3set.inc"
+}
+
+step_pair() {
+    solid "itf/$1.png" step TURN="$2" TOP=#2a4370 BOTTOM=#14223e LIGHT=#5f7fb4 MARK=#f0d48c
+    solid "itf/$1a.png" step TURN="$2" TOP=#0c1526 BOTTOM=#1c2f52 LIGHT=#060a14 MARK=#fff2c0
+}
+
 solid itf/mainmenu.png mainmenu
 solid itf/fade.png fade
 solid itf/fade2.png fade2 scene=scene_night.inc
@@ -87,6 +97,23 @@ solid itf/messagepaper.png paper $(sizes 428 164)
 solid itf/edit.png box $(sizes 440 204) plate=plate_none.inc
 solid itf/editpaper.png paper $(sizes 396 72)
 solid itf/editfield.png field $(sizes 396 32)
+solid itf/dialog.png box $(sizes 800 600) plate=plate_none.inc
+solid itf/dialogtitle.png plate $(sizes 752 44)
+solid itf/filelist.png table $(sizes 752 420) columns=plate_none.inc
+solid itf/folderfield.png field $(sizes 516 32)
+solid itf/filefield.png field $(sizes 352 32)
+solid itf/scenariolist.png table $(sizes 752 204) columns=columns_scenarios.inc
+solid itf/scenariosheet.png sheet $(sizes 752 248)
+solid itf/orders.png paper $(sizes 752 158)
+solid itf/sidea.png side $(sizes 372 256) STAFF=15
+solid itf/sideb.png side $(sizes 372 256) STAFF=357
+solid itf/nation.png plate $(sizes 206 36)
+solid itf/ships.png table $(sizes 356 148) columns=columns_ships.inc
+solid itf/stepfield.png field $(sizes 168 32)
+check_pair command 206 ring
+check_pair option 300 box
+step_pair stepleft 0
+step_pair stepright 180
 cut_out itf/select.png band FILL=#3a639c LINE=#d9b45a
 cut_out itf/selectwait.png band FILL=#7a5420 LINE=#a5742a
 solid itf/helpicons.png help HEADING='Signs and vessels' page=help_icons.inc
@@ -106,6 +133,13 @@ solid intro/fleet.png still scene=scene_sunset.inc Y1=558 LINE1='The battle line
 solid intro/deep.png still scene=scene_deep.inc Y1=558 LINE1='The hunters lie below' 'LINE2=Silent, blind and patient'
 solid intro/balloon.png still scene=scene_dawn.inc Y1=558 LINE1='And one man watches from above' 'LINE2=The first to see, the last to land'
 solid intro/title.png title
+
+# Flags: what flags.ini and the code name.
+mkdir -p $images/../textures
+for flag in svg/flags/*.svg; do
+    name=$(basename "$flag" .svg)
+    solid "../textures/$name.png" "flags/$name" hoist=flags/hoist.inc
+done
 
 for style in fontstyles/*.font; do
     name=$(basename "$style" .font)

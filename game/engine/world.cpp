@@ -305,6 +305,11 @@ void CWorld::DeliverPosted()
         Deliver(*message);
 }
 
+void CWorld::DropPostedBy(int sender)
+{
+    std::erase_if(m_Posted, [sender](const auto& message) { return message->Record()->sender == sender; });
+}
+
 // The frame
 
 void CWorld::RegisterInput(int entity)

@@ -83,6 +83,8 @@ class CWorld
     void DeliverPosted();
     /// Drops what waits.
     void DropPosted() { m_Posted.clear(); }
+    /// Drops what waits from that entity.
+    void DropPostedBy(int sender);
 
     // The frame
     void SendInput(UINT message, DWORD wParam, LONG lParam);

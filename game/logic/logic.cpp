@@ -1,9 +1,12 @@
 #include "logic/logic.h"
 
 #include <cstdio>
-#include <utility>
+#include <cstring>
 
 #include "engine/display_limits.h"
+#include "entities/battle_logic.h"
+#include "logic/scenario_import.h"
+#include "platform/files.h"
 
 namespace
 {
@@ -11,14 +14,17 @@ namespace
 constexpr const char* TEXTS_FILE = "resource\\txt_res\\texts.ini";
 constexpr const char* PLAYLIST_FILE = "resource\\txt_res\\playlist.ini";
 constexpr const char* PROFILE_FILE = "profile.ini";
+constexpr const char* CUSTOM_NATIONS_FOLDER = "resource\\custom\\";
 
 } // namespace
 
 CLogic::CLogic(CWorld& world, CSound& sound)
-    : m_World(world), m_PlayList(sound), m_PlayerProfile(PROFILE_FILE)
+    : m_World(world), m_PlayList(sound), m_PlayerProfile(PROFILE_FILE), m_FrontEnd(world),
+      m_Battle(world, m_FrontEnd)
 {
     m_Texts.Load(TEXTS_FILE);
     m_PlayList.Load(PLAYLIST_FILE);
+    m_CustomResources.Load(CUSTOM_NATIONS_FOLDER);
     m_ProgramProfile.Preset("VERSION", "Version", VersionWord());
 }
 
@@ -34,43 +40,23 @@ std::uint32_t CLogic::VersionWord()
 
 bool CLogic::Start(const ItfEvent& first)
 {
-    m_World.CurrentScene()->CreateEntity(BATTLE_LOGIC_NAME, 0, 0);
-    m_nInterface = m_World.Root().CreateEntityFromModule(INTERFACE_NAME, INTERFACE_MODULE, 0, -1, 1, 0);
-    if (m_nInterface < 0)
-        return false;
-    m_World.Root().SendMessage(MSG_ITF_START, m_nInterface, 0, "l", &first);
-    return true;
-}
-
-void CLogic::Post(std::unique_ptr<Sent> sent)
-{
-    m_Waiting.push_back(std::move(sent));
-    m_World.Root().PostMessage(MSG_ITF_EVENT, m_nInterface, 0, "l", &m_Waiting.back()->event);
-}
-
-void CLogic::PostEvent(const ItfEvent& event)
-{
-    auto sent = std::make_unique<Sent>();
-    sent->event = event;
-    Post(std::move(sent));
+    const DisplayInfo& display = m_World.GetDisplayInfo();
+    m_Battle.SetDisplay({display.nWidth, display.nHeight});
+    return m_FrontEnd.Start(first);
 }
 
 void CLogic::PostMessageBox(int secondText, int firstText, Word style, Word id)
 {
-    auto sent = std::make_unique<Sent>();
-    sent->event.code = EVENT_MESSAGE_BOX;
-    sent->words[0] = reinterpret_cast<Word>(m_Texts.GetText(secondText));
-    sent->words[1] = reinterpret_cast<Word>(m_Texts.GetText(firstText));
-    sent->words[2] = style;
-    sent->words[3] = id;
-    sent->event.object = sent->words;
-    Post(std::move(sent));
+    ItfEvent event;
+    event.code = EVENT_MESSAGE_BOX;
+    m_FrontEnd.PostEvent(event, {reinterpret_cast<Word>(m_Texts.GetText(secondText)),
+                                 reinterpret_cast<Word>(m_Texts.GetText(firstText)), style, id});
 }
 
 void CLogic::Update()
 {
-    m_Delivered.clear();
-    m_Delivered.swap(m_Waiting);
+    m_FrontEnd.Update();
+    m_Battle.Update();
     m_PlayList.Update();
 }
 
@@ -93,8 +79,23 @@ void CLogic::OnDisplayMode(Word width, Word height)
         m_World.SetDisplaySize(static_cast<int>(width), static_cast<int>(height));
 }
 
+bool CLogic::OnImport(char* path)
+{
+    const std::string name = ImportScenario(std::string(path, strnlen(path, MAX_PATH)));
+    if (name.empty())
+        return false;
+    std::snprintf(path, MAX_PATH, "%s", name.c_str());
+    return true;
+}
+
 void CLogic::OnCommand(const ItfCommand& command)
 {
+    if (command.code == CMD_START_SCENARIO) {
+        m_Battle.Begin(command);
+        return;
+    }
+    if (command.code == CMD_RESUME && m_Battle.Resume())
+        return;
     ItfEvent answer;
     if (command.code == CMD_SECRET) {
         answer.code = EVENT_MESSAGE;
@@ -117,6 +118,10 @@ Word CLogic::OnMessage(const MessageRecord* record)
         return reinterpret_cast<Word>(static_cast<INetCore*>(&m_Network));
     case MSG_GET_PROFILE:
         return reinterpret_cast<Word>(Profile(data[0]));
+    case MSG_GET_CUSTOM_RESOURCES:
+        return reinterpret_cast<Word>(static_cast<ICustomResources*>(&m_CustomResources));
+    case MSG_IMPORT_SCENARIO:
+        return data[0] != 0 && OnImport(reinterpret_cast<char*>(data[0])) ? 1 : 0;
     case MSG_SET_DISPLAY_MODE:
         OnDisplayMode(data[0], data[1]);
         return 1;
@@ -126,10 +131,16 @@ Word CLogic::OnMessage(const MessageRecord* record)
         return 1;
     case MSG_NO_LOGIC:
     case MSG_LOGIC_STOPPED:
+        m_Battle.End();
+        return 1;
+    case MSG_ASK_LEAVE_BATTLE:
+        m_Battle.AskLeave();
+        return 1;
+    case MSG_GET_GAME_STATE:
+        return reinterpret_cast<Word>(m_Battle.GetGameState());
     case MSG_REFRESH:
     case MSG_NET_DROP:
-        return 1; // no game runs: nothing to stop, to go on with or to leave
-    case MSG_GET_GAME_STATE:
+        return 1; // nothing of the settings is kept here, and there is no network game to leave
     default:
         return 0;
     }

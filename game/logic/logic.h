@@ -1,10 +1,11 @@
 #pragma once
 // The game logic: hands out its objects, sends the front end its events and answers the player's commands.
 
-#include <memory>
-
 #include "engine/world.h"
 #include "itfrecords.h"
+#include "logic/battle_stage.h"
+#include "logic/custom_resources.h"
+#include "logic/front_end.h"
 #include "logic/no_network.h"
 #include "logic/playlist.h"
 #include "logic/profile_store.h"
@@ -12,23 +13,22 @@
 
 /// Destination DEST_LOGIC. Owns everything that it hands out; must outlive the front end's entity.
 ///
-/// No game runs yet when a command asks to go on with one: the logic then brings the main menu back.
+/// Single scenarios are the only games so far: a command that asks to go on with another brings the main menu
+/// back.
 class CLogic : public IMessageTarget
 {
   public:
-    static constexpr const char* INTERFACE_NAME = "interface";
-    static constexpr const char* INTERFACE_MODULE = "INTERFACE.so";
-    static constexpr const char* BATTLE_LOGIC_NAME = "logic";
     /// The message that answers the hidden code.
     static constexpr int TEXT_SECRET = 117;
 
     /// Reads the text table, the play lists and the player's profile.
     CLogic(CWorld& world, CSound& sound);
 
-    /// Makes the front end's entity and gives it its first event. False when the entity can't be made.
+    /// Makes the front end's entity and gives it its first event. False when the entity can't be made. The
+    /// display's size of this moment is that of the battles.
     bool Start(const ItfEvent& first);
-    /// The event reaches the front end with the next frame's messages.
-    void PostEvent(const ItfEvent& event);
+    /// The event reaches the front end with the next frame's messages. During a battle it brings it up.
+    void PostEvent(const ItfEvent& event) { m_FrontEnd.PostEvent(event); }
     /// Event 33 with its four words: second text, first text, style, id. The texts are given by number.
     void PostMessageBox(int secondText, int firstText, Word style, Word id);
     /// Called each frame before the posted messages are delivered. What was posted before the frame's
@@ -38,14 +38,10 @@ class CLogic : public IMessageTarget
     Word OnMessage(const MessageRecord* record) override;
 
   private:
-    /// An event and what its `object` points to, kept until the front end has had it.
-    struct Sent {
-        ItfEvent event;
-        Word words[4] = {};
-    };
-    void Post(std::unique_ptr<Sent> sent);
     void OnCommand(const ItfCommand& command);
     IProfileStore* Profile(Word number);
+    /// Replaces the path in the buffer of MAX_PATH bytes with the new file's name; false leaves it as it was.
+    static bool OnImport(char* path);
     void OnDisplayMode(Word width, Word height);
     static std::uint32_t VersionWord();
 
@@ -54,8 +50,8 @@ class CLogic : public IMessageTarget
     CPlayList m_PlayList;
     CProfileStore m_PlayerProfile;
     CProfileStore m_ProgramProfile;
+    CCustomResources m_CustomResources;
     CNoNetwork m_Network;
-    int m_nInterface = -1;
-    std::vector<std::unique_ptr<Sent>> m_Waiting;
-    std::vector<std::unique_ptr<Sent>> m_Delivered;
+    CFrontEnd m_FrontEnd;
+    CBattleStage m_Battle;
 };

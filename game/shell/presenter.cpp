@@ -37,13 +37,17 @@ int CPresenter::Gain() const
     return static_cast<int>(m_fBrightness * (1.0F - fade) * GAIN_ONE);
 }
 
-const std::uint16_t* CPresenter::Compose(const std::uint16_t* display, std::size_t count)
+const std::uint16_t* CPresenter::Compose(const std::uint16_t* display, int width, int height)
 {
     const int gain = Gain();
-    if (gain == GAIN_ONE)
+    if (gain == GAIN_ONE && m_Overlays.empty())
         return display;
-    m_Picture.resize(count);
-    std::transform(display, display + count, m_Picture.begin(), [gain](std::uint16_t pixel) {
+    m_Picture.assign(display, display + static_cast<std::ptrdiff_t>(width) * height);
+    for (const auto& [owner, overlay] : m_Overlays)
+        overlay->DrawOver({m_Picture.data(), width, height}, display);
+    if (gain == GAIN_ONE)
+        return m_Picture.data();
+    std::transform(m_Picture.begin(), m_Picture.end(), m_Picture.begin(), [gain](std::uint16_t pixel) {
         const unsigned red = Scaled(pixel >> RED_SHIFT, gain, FIVE_BITS);
         const unsigned green = Scaled((pixel >> GREEN_SHIFT) & SIX_BITS, gain, SIX_BITS);
         const unsigned blue = Scaled(pixel & FIVE_BITS, gain, FIVE_BITS);

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "entities/battle_logic.h"
 #include "entities/camera.h"
+#include "entities/flag.h"
 #include "entities/graphics.h"
 #include "entities/logo.h"
 #include "entities/marker.h"
@@ -24,11 +24,6 @@ constexpr const char* SOUNDS_FILE = "resource\\txt_res\\sounds.ini";
 constexpr const char* OPTIONS_FILE = "options.ini";
 constexpr int REAL_FRAME = 16; // milliseconds, about sixty frames a second
 constexpr std::size_t TRACE_LINES_TOLD = 20;
-
-std::size_t PixelCount(const CRender2D& render)
-{
-    return static_cast<std::size_t>(render.DisplayWidth()) * static_cast<std::size_t>(render.DisplayHeight());
-}
 
 ItfEvent ToEvent(const ScriptEvent& script)
 {
@@ -76,9 +71,11 @@ void CProgram::RegisterEntities()
 {
     m_Factory.Register("camera", [](CScene&) { return std::make_unique<CCameraEntity>(); });
     m_Factory.Register("marker", [](CScene&) { return std::make_unique<CMarkerEntity>(); });
-    m_Factory.Register("logic", [](CScene&) { return std::make_unique<CBattleLogicEntity>(); });
     m_Factory.Register("logo", [](CScene&) { return std::make_unique<CLogoEntity>(); });
     m_Factory.Register("graphics", [](CScene&) { return std::make_unique<CGraphicsEntity>(OPTIONS_FILE); });
+    m_Factory.Register(FLAG_ENTITY, [this](CScene&) {
+        return std::make_unique<CFlagEntity>(m_Presenter, m_Render, m_Flags);
+    });
     m_Factory.Register("shader", [this](CScene&) { return std::make_unique<CShaderEntity>(m_Presenter); });
 }
 
@@ -253,11 +250,16 @@ IFramePump::Frame CProgram::PumpFrame()
     return frame;
 }
 
+const std::uint16_t* CProgram::ComposeDisplay()
+{
+    return m_Presenter.Compose(m_Render.DisplayPixels(), m_Render.DisplayWidth(), m_Render.DisplayHeight());
+}
+
 void CProgram::ShowDisplay()
 {
     if (m_pWindow == nullptr)
         return;
-    const std::uint16_t* picture = m_Presenter.Compose(m_Render.DisplayPixels(), PixelCount(m_Render));
+    const std::uint16_t* picture = ComposeDisplay();
     m_pWindow->Show(picture, {m_Render.DisplayWidth(), m_Render.DisplayHeight()});
 }
 
@@ -283,7 +285,7 @@ bool CProgram::SaveShot(const std::string& name)
 {
     if (m_Options.shots.empty())
         return true;
-    const std::uint16_t* picture = m_Presenter.Compose(m_Render.DisplayPixels(), PixelCount(m_Render));
+    const std::uint16_t* picture = ComposeDisplay();
     return SavePng(m_Options.shots + "/" + name + ".png", picture, m_Render.DisplayWidth(),
                    m_Render.DisplayHeight());
 }

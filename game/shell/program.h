@@ -7,6 +7,7 @@
 #include "engine/entity_factory.h"
 #include "engine/trace.h"
 #include "engine/world.h"
+#include "entities/flag_table.h"
 #include "logic/logic.h"
 #include "render/render2d.h"
 #include "script/runner.h"
@@ -57,6 +58,8 @@ class CProgram : public IMessageTarget, public IFramePump, public IScriptHost
     void StepScript();
     void PumpWindow();
     void WaitForFrame();
+    /// The picture as it is to be seen, valid until the next call.
+    const std::uint16_t* ComposeDisplay();
     void ShowDisplay();
     void UpdateCursor();
     int Finish();
@@ -68,6 +71,7 @@ class CProgram : public IMessageTarget, public IFramePump, public IScriptHost
     CInput m_Input;
     CGameHost m_Host;
     CPresenter m_Presenter;
+    CFlagTable m_Flags;
     CRender2D m_Render;
     CSound m_Sound;
     CVideo m_Video;

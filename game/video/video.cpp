@@ -34,7 +34,7 @@ CVideo::Player* CVideo::Find(int handle)
     return found == m_Players.end() ? nullptr : &found->second;
 }
 
-int CVideo::Open(const char* file, bool loop)
+int CVideo::Open(const char* file, bool loop, bool inDialog)
 {
     const std::string path = FindGameFile(file == nullptr ? "" : file);
     Player player;
@@ -57,6 +57,7 @@ int CVideo::Open(const char* file, bool loop)
     const RECT size = {0, 0, player.clip.Width(), player.clip.Height()};
     player.frame = m_Render.CreateSurface(&size);
     player.loop = loop;
+    player.inDialog = inDialog;
     player.rect = size;
     m_Players[m_nNext] = std::move(player);
     return m_nNext++;
@@ -147,16 +148,20 @@ void CVideo::Draw(const Player& player)
 void CVideo::Update(int elapsed)
 {
     for (auto& [handle, player] : m_Players) {
-        if (!player.running)
+        if (!player.running || (player.inDialog && !player.wanted))
             continue;
+        player.wanted = false;
         Advance(player, elapsed);
-        Draw(player);
+        if (player.inDialog)
+            player.due = true;
+        else
+            Draw(player);
     }
 }
 
 int CVideo::OpenVideo(const char* file, int flags)
 {
-    return Open(file, (flags & VIDEO_LOOP) != 0);
+    return Open(file, (flags & VIDEO_LOOP) != 0, (flags & VIDEO_IN_DIALOG) == VIDEO_IN_DIALOG);
 }
 void CVideo::SetVideoTarget(int video, int surface, const RECT* rect)
 {
@@ -189,8 +194,13 @@ void CVideo::PlayVideo(int video, int background)
 
 bool CVideo::IsVideoRunning(int video)
 {
-    const Player* player = Find(video);
-    return player != nullptr && player->running;
+    Player* player = Find(video);
+    if (player == nullptr)
+        return false;
+    player->wanted = true;
+    if (std::exchange(player->due, false))
+        Draw(*player);
+    return player->running;
 }
 
 void CVideo::StopVideo(int video)
@@ -212,7 +222,7 @@ void CVideo::CloseVideo(int video)
 
 int CVideo::OpenAnimation(const char* clip)
 {
-    return Open(clip, true);
+    return Open(clip, true, false);
 }
 
 void CVideo::SetAnimationTarget(int animation, int surface, const RECT* rect)
@@ -220,12 +230,11 @@ void CVideo::SetAnimationTarget(int animation, int surface, const RECT* rect)
     SetTarget(animation, surface, rect);
 }
 
-// An animation advances by its own ticks, so the background has no part in it.
+// An animation advances and is drawn by its own ticks: when it is started, its dialog isn't on the screen
+// yet.
 void CVideo::StartAnimation(int animation)
 {
     RewindVideo(animation, 0);
-    if (const Player* player = Find(animation))
-        Draw(*player);
 }
 
 void CVideo::TickAnimation(int animation, int elapsed)

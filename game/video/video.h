@@ -15,6 +15,10 @@ class ISound;
 
 /// A clip's file is looked up as given, then below `resource\`. Clips in the background advance with Update,
 /// animations with TickAnimation, and an animation goes round for ever.
+///
+/// A clip of a dialog (VIDEO_IN_DIALOG) advances only when IsVideoRunning was asked in the frame before, and
+/// is drawn when that is asked. Its box asks in every frame in which it is visible and takes input, so that
+/// the clip waits, and paints over nothing, while a message box is up or a shade runs.
 class CVideo : public IVideo
 {
   public:
@@ -50,10 +54,13 @@ class CVideo : public IVideo
         int time = 0; // milliseconds
         bool loop = false;
         bool running = false;
+        bool inDialog = false;
+        bool wanted = false; // asked about since the last Update
+        bool due = false;    // has advanced since it was drawn last
     };
 
     Player* Find(int handle);
-    int Open(const char* file, bool loop);
+    int Open(const char* file, bool loop, bool inDialog);
     void Close(int handle);
     void SetTarget(int handle, int surface, const RECT* rect);
     void Advance(Player& player, int elapsed);

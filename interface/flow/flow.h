@@ -12,6 +12,8 @@ class CMainWnd;
 
 enum FlowDialogId : int {
     DLG_MAIN = 10,
+    DLG_SCENARIOS = 100,
+    DLG_SCENARIO_BRIEF = 110,
     BOX_LEAVE_PROGRAM = 140,
     BOX_LEAVE_BATTLE = 360,
     BOX_NET_LOST =
@@ -19,12 +21,13 @@ enum FlowDialogId : int {
 };
 
 enum FlowResult : int {
-    RESULT_ANY = -1,    ///< in a table: whatever no row above names
-    RESULT_FIRST = 10,  ///< message box: first button (yes)
-    RESULT_SECOND = 20, ///< message box: second button (no)
-    RESULT_CLOSE = 200, ///< back to where the dialog came from
-    RESULT_DONE = 210,  ///< go on
-    RESULT_BACK = 220,  ///< back to the previous step
+    RESULT_ANY = -1,       ///< in a table: whatever no row above names
+    RESULT_FIRST = 10,     ///< message box: first button (yes)
+    RESULT_SECOND = 20,    ///< message box: second button (no)
+    RESULT_CLOSE = 200,    ///< back to where the dialog came from
+    RESULT_DONE = 210,     ///< go on
+    RESULT_BACK = 220,     ///< back to the previous step
+    RESULT_SCENARIO = 230, ///< a scenario was chosen
 };
 
 /// Items of the main menu, as the dialog resource numbers them. 100 comes from the hidden code alone.

@@ -1,5 +1,7 @@
 #include "flow/mainwnd.h"
 
+#include <cstdio>
+
 #include "flow/maindlg.h"
 #include "flow/valuebox.h"
 #include "iengine.h"
@@ -7,6 +9,9 @@
 #include "keelworks/ds_file.h"
 #include "kernel/nameloader.h"
 #include "platform/system.h"
+#include "scenario/scenbriefdlg.h"
+#include "scenario/scenhead.h"
+#include "scenario/scenseldlg.h"
 
 namespace
 {
@@ -16,6 +21,18 @@ constexpr char INTRO_CLIP[] = "video\\seawardenintro.ani";
 constexpr int LOGO_KIND = 0x200;
 constexpr int LOGO_MODE = 2;
 
+constexpr OpeningRow OPEN_SCENARIOS = {
+    DLG_SCENARIOS,
+    "SingleScDlg",
+    START_CLOSES_MAIN | START_SWITCH_OFF,
+    {OpeningStep::Shade, OpeningStep::Show, OpeningStep::RedrawTop},
+    OpeningFailure::SwitchOnMainDialog,
+};
+constexpr OpeningRow OPEN_SCENARIO_BRIEF = {
+    DLG_SCENARIO_BRIEF,         "ScBriefing",
+    START_SWITCH_OFF,           {OpeningStep::Shade, OpeningStep::Show, OpeningStep::RedrawTop},
+    OpeningFailure::MainDialog,
+};
 constexpr OpeningRow OPEN_MAIN = {
     DLG_MAIN,
     "MainDlg",
@@ -26,12 +43,32 @@ constexpr OpeningRow OPEN_MAIN = {
 
 } // namespace
 
+CDialogSlot& CMainWnd::MemberScenSel(CMainWnd& wnd)
+{
+    return wnd.m_pScenSelDlg;
+}
+CDialogSlot& CMainWnd::MemberScenBrief(CMainWnd& wnd)
+{
+    return wnd.m_pScenBriefDlg;
+}
+CDialogSlot& CMainWnd::MemberMain(CMainWnd& wnd)
+{
+    return wnd.m_pMainDlg;
+}
+
 const SlotOf CMainWnd::s_Members[] = {
-    [](CMainWnd& wnd) -> CDialogSlot& { return wnd.m_pMainDlg; },
+    MemberScenSel,
+    MemberScenBrief,
+    MemberMain,
 };
 
 // id, result, member, what follows. A report without a row does nothing.
 const CMainWnd::ReportRow CMainWnd::s_Reports[] = {
+    {DLG_SCENARIOS, RESULT_CLOSE, MemberScenSel, &CMainWnd::CloseToMain},
+    {DLG_SCENARIOS, RESULT_SCENARIO, MemberScenSel, &CMainWnd::ChooseScenario},
+    {DLG_SCENARIO_BRIEF, RESULT_CLOSE, MemberScenBrief, &CMainWnd::CloseToMain},
+    {DLG_SCENARIO_BRIEF, RESULT_DONE, MemberScenBrief, &CMainWnd::StartScenario},
+    {DLG_SCENARIO_BRIEF, RESULT_BACK, MemberScenBrief, &CMainWnd::BackToScenarios},
     {BOX_LEAVE_PROGRAM, RESULT_FIRST, nullptr, &CMainWnd::LeaveProgram},
     {BOX_LEAVE_PROGRAM, RESULT_ANY, nullptr, &CMainWnd::StayInProgram},
     {BOX_LEAVE_BATTLE, RESULT_FIRST, nullptr, &CMainWnd::LeaveBattle},
@@ -41,6 +78,7 @@ const CMainWnd::ReportRow CMainWnd::s_Reports[] = {
 };
 
 const CMainWnd::MenuRow CMainWnd::s_MenuItems[] = {
+    {MENU_SCENARIO, &CMainWnd::ShowScenSelDlg},
     {MENU_INTRO, &CMainWnd::PlayIntro},
     {MENU_QUIT, &CMainWnd::AskLeaveProgram},
     {MENU_SECRET, &CMainWnd::SendSecret},
@@ -271,6 +309,47 @@ void CMainWnd::ShowMainDlg(bool show)
         Open(m_pMainDlg, OPEN_MAIN);
     else
         m_pMainDlg.Close();
+}
+
+void CMainWnd::ShowScenSelDlg()
+{
+    Open(m_pScenSelDlg, OPEN_SCENARIOS);
+}
+
+void CMainWnd::ShowScenBriefDlg(const char* path)
+{
+    Open(m_pScenBriefDlg, OPEN_SCENARIO_BRIEF, path);
+}
+
+void CMainWnd::ChooseScenario(const ReportRow&)
+{
+    const char* file = m_pScenSelDlg->GetSelectedFile();
+    if (file == nullptr)
+        return;
+    m_Command = ItfCommand();
+    std::snprintf(m_Command.szPath, sizeof m_Command.szPath, "%s%s", SCENARIO_FOLDER, file);
+    m_pScenSelDlg.Close();
+    ShowMainDlg(false);
+    ShowScenBriefDlg(m_Command.szPath);
+}
+
+// The path stays as the choice of the scenario set it.
+void CMainWnd::StartScenario(const ReportRow&)
+{
+    m_Command.nSide = m_pScenBriefDlg->GetSide();
+    m_Command.nNotSideA = m_pScenBriefDlg->GetNotSideA();
+    m_Command.nNotSideB = m_pScenBriefDlg->GetNotSideB();
+    m_Command.bBriefFlag = m_pScenBriefDlg->GetFlag() ? 1 : 0;
+    m_Command.nDifficulty = m_pScenBriefDlg->GetDifficulty();
+    m_Command.nOptionValue = m_Options.nOptionValue;
+    m_pScenBriefDlg.Close();
+    FadeAndPostCommand(CMD_START_SCENARIO);
+}
+
+void CMainWnd::BackToScenarios(const ReportRow& row)
+{
+    Close(row);
+    ShowScenSelDlg();
 }
 
 void CMainWnd::ShowMissionBrief(const char*, bool direct)

@@ -10,6 +10,8 @@
 #include "kernel/itfwnd.h"
 
 class CMainDlg;
+class CScenBriefDlg;
+class CScenSelDlg;
 
 /// Shows nothing of its own: owns one member for each dialog, opens dialogs, is told how each ended, and
 /// turns that into the next dialog or a command to the logic. Its state is the set of members that aren't
@@ -31,6 +33,9 @@ class CMainWnd : public CItfWnd
     void InitFirstTime();
 
     void ShowMainDlg(bool show);
+    void ShowScenSelDlg();
+    /// `path` is the scenario's file. A broken one is told by the dialog, and the main dialog opens.
+    void ShowScenBriefDlg(const char* path);
     /// Without a dialog (direct) the loading screen comes up and CMD_MISSION_GO goes out.
     void ShowMissionBrief(const char* path, bool direct);
     void ShowMessage(int number);
@@ -97,6 +102,9 @@ class CMainWnd : public CItfWnd
         int item; ///< MainMenuItem
         void (CMainWnd::*action)();
     };
+    static CDialogSlot& MemberScenSel(CMainWnd& wnd);
+    static CDialogSlot& MemberScenBrief(CMainWnd& wnd);
+    static CDialogSlot& MemberMain(CMainWnd& wnd);
     static const SlotOf s_Members[];
     static const ReportRow s_Reports[];
     static const MenuRow s_MenuItems[];
@@ -108,6 +116,9 @@ class CMainWnd : public CItfWnd
     void PlayIntro();
     void AskLeaveProgram();
     void SendSecret();
+    void ChooseScenario(const ReportRow& row);
+    void StartScenario(const ReportRow& row);
+    void BackToScenarios(const ReportRow& row);
     void LeaveProgram(const ReportRow& row);
     void StayInProgram(const ReportRow& row);
     void LeaveBattle(const ReportRow& row);
@@ -123,6 +134,8 @@ class CMainWnd : public CItfWnd
     void Quit();
     IEngine* Root() const;
 
+    CDialogSlotOf<CScenSelDlg> m_pScenSelDlg;
+    CDialogSlotOf<CScenBriefDlg> m_pScenBriefDlg;
     CDialogSlotOf<CMainDlg> m_pMainDlg;
     ItfCommand m_Command;
     ItfOptions m_Options = {};

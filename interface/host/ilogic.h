@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "keelworks/obj_guid.h"
 #include "platform/types.h"
 
 /// Background music. Operations stand in the order of the logic's table.
@@ -49,6 +50,20 @@ class IProfileStore
     virtual bool Read(const char* key, const char* format, void* out) = 0;
     /// Later calls mean this section; `create` 1 makes it when it doesn't exist.
     virtual bool SelectSection(const char* name, int create) = 0;
+};
+
+/// The nations that aren't the game's own. Indexes run from 0 and stay the same as long as the program runs.
+class ICustomResources
+{
+  public:
+    virtual ~ICustomResources() = default;
+    /// The nation's index; negative when it isn't known or `guid` is null.
+    virtual int Find(const CObjGUID* guid) = 0;
+    /// The name in at most `size` bytes, its zero included. False, and nothing written, for an unknown index
+    /// or a buffer that is null or too small.
+    virtual bool GetName(int index, char* buffer, int size) = 0;
+    /// The same for a file of the nation's flag: kind 0 is the flag that flies. False for any other kind.
+    virtual bool GetFlagFile(int index, int kind, char* buffer, int size) = 0;
 };
 
 struct ItfCharacter;

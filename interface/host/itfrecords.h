@@ -17,17 +17,20 @@ enum ItfMessage : int {
     MSG_ITF_SHADE_DONE = 15010,
     MSG_ITF_CLOSE_ALL = 15020,
     MSG_ITF_PROGRESS_OPEN = 15021,
-    MSG_ITF_PROGRESS_SET = 15022,  ///< "ll": percent, unused
-    MSG_GET_PROFILE = 11000,       ///< "l" ProfileStore; gives IProfileStore*
-    MSG_ITF_COMMAND = 0x2b0c,      ///< "l" ItfCommand*, posted
-    MSG_NO_LOGIC = 0x2b20,         ///< "l" -1, posted
-    MSG_LOGIC_STOPPED = 0x2b3e,    ///< "l" std::int32_t[2]: 90, 0
-    MSG_GET_GAME_STATE = 0x2b70,   ///< gives IGameState* or null
-    MSG_GET_TEXT_TABLE = 0x2ba2,   ///< gives ITextTable*
-    MSG_GET_PLAYLIST = 0x2bb6,     ///< gives IPlayList*
-    MSG_SET_DISPLAY_MODE = 0x2bc0, ///< "ll": width, height
-    MSG_GET_NET = 0x2bca,          ///< gives INetCore*
-    MSG_REFRESH = 0x5e1a,          ///< settings have changed, or the battle goes on
+    MSG_ITF_PROGRESS_SET = 15022,      ///< "ll": percent, unused
+    MSG_GET_PROFILE = 11000,           ///< "l" ProfileStore; gives IProfileStore*
+    MSG_ITF_COMMAND = 0x2b0c,          ///< "l" ItfCommand*, posted
+    MSG_NO_LOGIC = 0x2b20,             ///< "l" -1, posted
+    MSG_LOGIC_STOPPED = 0x2b3e,        ///< "l" std::int32_t[2]: 90, 0
+    MSG_GET_GAME_STATE = 0x2b70,       ///< gives IGameState* or null
+    MSG_GET_TEXT_TABLE = 0x2ba2,       ///< gives ITextTable*
+    MSG_GET_PLAYLIST = 0x2bb6,         ///< gives IPlayList*
+    MSG_SET_DISPLAY_MODE = 0x2bc0,     ///< "ll": width, height
+    MSG_GET_NET = 0x2bca,              ///< gives INetCore*
+    MSG_GET_CUSTOM_RESOURCES = 0x2eea, ///< gives ICustomResources*
+    /// "l" char[260]: a scenario file's path, rewritten with its new name below scenarios; 0 on failure
+    MSG_IMPORT_SCENARIO = 0x5e2e,
+    MSG_REFRESH = 0x5e1a, ///< settings have changed, or the battle goes on
     MSG_NET_DROP = 0x857a,
 };
 

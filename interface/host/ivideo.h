@@ -5,7 +5,7 @@
 /// Bits of IVideo::OpenVideo's flags.
 enum VideoFlags : int {
     VIDEO_FULLSCREEN = 6,   ///< as the logic's videos are played
-    VIDEO_IN_DIALOG = 0x16, ///< as a video box plays its clip
+    VIDEO_IN_DIALOG = 0x16, ///< as a video box plays its clip, which asks in each frame whether it runs
     VIDEO_LOOP = 8,
 };
 
@@ -28,6 +28,7 @@ class IVideo
 
     virtual int OpenAnimation(const char* clip) = 0;
     virtual void SetAnimationTarget(int animation, int surface, const RECT* rect) = 0;
+    /// From its first moment; it is seen from the next tick on.
     virtual void StartAnimation(int animation) = 0;
     virtual void TickAnimation(int animation, int elapsed) = 0;
     virtual void CloseAnimation(int animation) = 0;

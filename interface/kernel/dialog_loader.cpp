@@ -3,11 +3,17 @@
 #include <new>
 #include <strings.h>
 
+#include "controls/itfanimationbox.h"
 #include "controls/itfbutton.h"
 #include "controls/itfeditbox.h"
+#include "controls/itfflagbox.h"
+#include "controls/itflistbox.h"
 #include "controls/itfmenu.h"
+#include "controls/itfpicturebox.h"
+#include "controls/itfreportbox.h"
 #include "controls/itfscrollbar.h"
 #include "controls/itftextbox.h"
+#include "controls/itfvideobox.h"
 #include "platform/system.h"
 
 namespace
@@ -16,6 +22,10 @@ namespace
 // Sizes of the string fields, with their terminating zero.
 constexpr std::size_t TEXT_FIELD = 260;
 constexpr std::size_t NAME_FIELD = MAX_LOGICAL_NAME + 1;
+
+// A flag box reads no other style name, and has so many floats behind its rectangle.
+constexpr char FLAG_ON_THE_RIGHT[] = "FB_RIGHT";
+constexpr std::size_t FLAG_FLOATS = 6;
 
 struct StyleName {
     const char* name;
@@ -62,10 +72,21 @@ std::uint32_t ParseControlStyle(const std::string& text)
 }
 
 const CDialogLoader::Keyword CDialogLoader::s_Keywords[] = {
-    {"BUTTON", &CDialogLoader::ReadButton},     {"TEXTBOX", &CDialogLoader::ReadTextBox},
-    {"CHECKBOX", &CDialogLoader::ReadCheckBox}, {"EDITBOX", &CDialogLoader::ReadEditBox},
-    {"DIALOG", &CDialogLoader::ReadDialog},     {"SLIDER", &CDialogLoader::ReadSlider},
-    {"MENU", &CDialogLoader::ReadMenu},         {"MENUITEM", &CDialogLoader::ReadMenuItem},
+    {"TABLE", &CDialogLoader::ReadTable},
+    {"COLUMN", &CDialogLoader::ReadColumn},
+    {"LISTBOX", &CDialogLoader::ReadListBox},
+    {"BUTTON", &CDialogLoader::ReadButton},
+    {"TEXTBOX", &CDialogLoader::ReadTextBox},
+    {"CHECKBOX", &CDialogLoader::ReadCheckBox},
+    {"EDITBOX", &CDialogLoader::ReadEditBox},
+    {"DIALOG", &CDialogLoader::ReadDialog},
+    {"SLIDER", &CDialogLoader::ReadSlider},
+    {"MENU", &CDialogLoader::ReadMenu},
+    {"MENUITEM", &CDialogLoader::ReadMenuItem},
+    {"FLAGBOX", &CDialogLoader::ReadFlagBox},
+    {"PICTUREBOX", &CDialogLoader::ReadPictureBox},
+    {"VIDEOBOX", &CDialogLoader::ReadVideoBox},
+    {"ANIMATIONBOX", &CDialogLoader::ReadAnimationBox},
 };
 
 CDialogLoader::CDialogLoader(CItfDialog& dialog, ds_file& file) : m_Dialog(dialog), m_Parser(&file, false) {}
@@ -123,6 +144,62 @@ void CDialogLoader::ReadButtonRecord(int kind, std::uint32_t addedStyle)
     if (!font.empty())
         button->SetFont(font.c_str());
     m_Dialog.AddControl(kind, id, std::move(button));
+}
+
+void CDialogLoader::ReadTable()
+{
+    const std::string sprite = ReadSpriteName();
+    const std::string font = ReadFontName();
+    const std::string headerFont = ReadFontName();
+    const std::uint32_t style = ReadStyle();
+    const int id = ReadInt();
+    const Rects rects = ReadRects();
+
+    std::unique_ptr<CItfReportBox> table = Allocate<CItfReportBox>();
+    Require(table->Create("Report", OrNull(sprite), &rects.window, &m_Dialog, id, style, m_Dialog.GetCore()),
+            "table");
+    table->SetInnerRect(rects.inner);
+    if (!font.empty())
+        table->SetListFont(font.c_str());
+    if (!headerFont.empty())
+        table->SetHeaderFont(headerFont.c_str());
+    m_Dialog.AddControl(KIND_TABLE, id, std::move(table));
+}
+
+// A column takes the next place in its table, whatever index the record gives; a negative index makes a
+// header cell alone.
+void CDialogLoader::ReadColumn()
+{
+    const std::string caption = ReadString(TEXT_FIELD);
+    const std::uint32_t style = ReadStyle();
+    const int tableId = ReadInt();
+    const int column = ReadInt();
+    const int width = ReadSize();
+    const RECT rect = ReadRect();
+
+    CItfReportBox* table = m_Dialog.FindTable(tableId);
+    if (table == nullptr)
+        Fail(RESERR_NO_PARENT, "there is no table " + std::to_string(tableId) + " above this column");
+    if (column >= 0)
+        Require(table->AddColumn(width, style), "column");
+    table->AddHeader(caption.c_str(), column, style, rect);
+}
+
+void CDialogLoader::ReadListBox()
+{
+    const std::string sprite = ReadSpriteName();
+    const std::string font = ReadFontName();
+    const std::uint32_t style = ReadStyle();
+    const int id = ReadInt();
+    const Rects rects = ReadRects();
+
+    std::unique_ptr<CItfListBox> box = Allocate<CItfListBox>();
+    Require(box->Create("ListBox", OrNull(sprite), &rects.window, &m_Dialog, id, style, m_Dialog.GetCore()),
+            "list box");
+    box->SetInnerRect(rects.inner);
+    if (!font.empty())
+        box->SetFont(font.c_str());
+    m_Dialog.AddControl(KIND_LISTBOX, id, std::move(box));
 }
 
 void CDialogLoader::ReadTextBox()
@@ -193,6 +270,77 @@ void CDialogLoader::ReadSlider()
             "slider");
     slider->SetInnerRect(rects.inner);
     m_Dialog.AddControl(KIND_SLIDER, id, std::move(slider));
+}
+
+void CDialogLoader::ReadFlagBox()
+{
+    const std::string sprite = ReadSpriteName();
+    const bool right = ReadString(TEXT_FIELD).find(FLAG_ON_THE_RIGHT) != std::string::npos;
+    ReadComma();
+    const int id = ReadInt();
+    const RECT rect = ReadRect();
+    float floats[FLAG_FLOATS];
+    for (float& number : floats)
+        number = ReadFloat();
+
+    std::unique_ptr<CItfFlagBox> box = Allocate<CItfFlagBox>();
+    Require(box->Create("FlagBox", OrNull(sprite), &rect, &m_Dialog, id, 0, m_Dialog.GetCore()), "flag box");
+    box->SetParams(floats, right);
+    m_Dialog.AddControl(KIND_FLAGBOX, id, std::move(box));
+}
+
+void CDialogLoader::ReadPictureBox()
+{
+    const std::string picture = ReadString(TEXT_FIELD);
+    WarnMissing(Toolkit().spriteMap, picture, "picture");
+    const std::string sprite = ReadSpriteName();
+    const std::uint32_t style = ReadStyle();
+    const int id = ReadInt();
+    const int cellW = ReadSize();
+    const int cellH = ReadSize();
+    const int cols = ReadSize();
+    const int rows = ReadSize();
+    const int lastRowCells = ReadSize();
+    const Rects rects = ReadRects();
+
+    std::unique_ptr<CItfPictureBox> box = Allocate<CItfPictureBox>();
+    Require(box->Create("Picture", OrNull(sprite), &rects.window, &m_Dialog, id, style, m_Dialog.GetCore(),
+                        OrNull(picture)),
+            "picture box");
+    box->SetInnerRect(rects.inner);
+    box->SetGrid(cellW, cellH, cols, rows, lastRowCells);
+    box->SetCell(0, 0);
+    m_Dialog.AddControl(KIND_PICTUREBOX, id, std::move(box));
+}
+
+void CDialogLoader::ReadVideoBox()
+{
+    const std::string file = ReadString(TEXT_FIELD);
+    const std::string sprite = ReadSpriteName();
+    const std::uint32_t style = ReadStyle();
+    const int id = ReadInt();
+    const Rects rects = ReadRects();
+
+    std::unique_ptr<CItfVideoBox> box = Allocate<CItfVideoBox>();
+    Require(box->Create("Video", OrNull(sprite), &rects.window, &m_Dialog, id, style, m_Dialog.GetCore()),
+            "video box");
+    box->SetInnerRect(rects.inner);
+    box->OpenFile(file.c_str()); // an empty box is a box
+    m_Dialog.AddControl(KIND_VIDEOBOX, id, std::move(box));
+}
+
+void CDialogLoader::ReadAnimationBox()
+{
+    const std::string clip = ReadString(TEXT_FIELD);
+    const std::uint32_t style = ReadStyle();
+    const int id = ReadInt();
+    const Rects rects = ReadRects();
+
+    std::unique_ptr<CItfAnimationBox> box = Allocate<CItfAnimationBox>();
+    Require(box->Create("Animation", &rects.window, &m_Dialog, id, style, m_Dialog.GetCore(), clip.c_str()),
+            "animation box");
+    box->SetInnerRect(rects.inner);
+    m_Dialog.AddControl(KIND_ANIMATIONBOX, id, std::move(box));
 }
 
 void CDialogLoader::ReadMenu()
@@ -269,6 +417,22 @@ int CDialogLoader::ReadInt()
     CheckNotEnded();
     int value = 0;
     Check(m_Parser.ReadIntElem(',', '}', value, m_bEnded));
+    return value;
+}
+
+int CDialogLoader::ReadSize()
+{
+    const int size = ReadInt();
+    if (size < 0 || size > MAX_RESOURCE_COORDINATE)
+        Fail(RESERR_SYNTAX, std::to_string(size) + " is no size or count");
+    return size;
+}
+
+float CDialogLoader::ReadFloat()
+{
+    CheckNotEnded();
+    float value = 0.0F;
+    Check(m_Parser.ReadFloatElem(',', '}', value, m_bEnded));
     return value;
 }
 

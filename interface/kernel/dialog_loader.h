@@ -38,10 +38,17 @@ class CDialogLoader
     void ReadButton();
     void ReadCheckBox();
     void ReadButtonRecord(int kind, std::uint32_t addedStyle);
+    void ReadTable();
+    void ReadColumn();
+    void ReadListBox();
     void ReadTextBox();
     void ReadEditBox();
     void ReadDialog();
     void ReadSlider();
+    void ReadFlagBox();
+    void ReadPictureBox();
+    void ReadVideoBox();
+    void ReadAnimationBox();
     void ReadMenu();
     void ReadMenuItem();
 
@@ -51,6 +58,9 @@ class CDialogLoader
     std::uint32_t ReadStyle();
     void ReadComma();
     int ReadInt();
+    /// An Int that is a size or a count.
+    int ReadSize();
+    float ReadFloat();
     RECT ReadRect();
     Rects ReadRects();
 

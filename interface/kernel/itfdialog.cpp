@@ -1,6 +1,7 @@
 #include "kernel/itfdialog.h"
 
 #include "controls/itfmenu.h"
+#include "controls/itfreportbox.h"
 #include "keelworks/ds_file.h"
 #include "kernel/dialog_loader.h"
 #include "platform/system.h"
@@ -45,6 +46,15 @@ CItfWnd* CItfDialog::GetControl(int id) const
     for (const Control& control : m_Controls) {
         if (control.id == id)
             return control.wnd.get();
+    }
+    return nullptr;
+}
+
+CItfReportBox* CItfDialog::FindTable(int id) const
+{
+    for (const Control& control : m_Controls) {
+        if (control.kind == KIND_TABLE && control.wnd->GetCtrlId() == id)
+            return static_cast<CItfReportBox*>(control.wnd.get());
     }
     return nullptr;
 }

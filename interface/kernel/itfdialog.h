@@ -8,6 +8,7 @@
 #include "kernel/itfwnd.h"
 
 class CItfMenu;
+class CItfReportBox;
 class CTextParser;
 
 /// The dialog resource, and the error codes that its loader throws as plain integers.
@@ -60,6 +61,7 @@ class CItfDialog : public CItfWnd
     {
         return dynamic_cast<T*>(GetControl(id));
     }
+    CItfReportBox* FindTable(int id) const;
     CItfMenu* FindMenu(int id) const;
 
   protected:

@@ -575,8 +575,13 @@ void CItfWnd::PaintFullScreen(const char* sprite)
 
 const char* CItfWnd::GetResString(int number)
 {
-    const char* text = Toolkit().textTable != nullptr ? Toolkit().textTable->GetText(number) : "default";
+    const char* text = FindResString(number);
     return text != nullptr ? text : "";
+}
+
+const char* CItfWnd::FindResString(int number)
+{
+    return Toolkit().textTable != nullptr ? Toolkit().textTable->GetText(number) : "default";
 }
 
 void CItfWnd::PlaySound(const char* name)

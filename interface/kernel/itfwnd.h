@@ -197,6 +197,8 @@ class CItfWnd
 
     /// Never null; "default" without a text table. Valid as long as the table.
     static const char* GetResString(int number);
+    /// The same; null where the table has none.
+    static const char* FindResString(int number);
     void PlaySound(const char* name);
     /// A message box, shown and modal; null when it can't be made. It deletes itself at the answer. `first`
     /// is the message and `second` the caption; parent may be null. Style: MB_… of CValueBox.

@@ -88,6 +88,16 @@ bool PlatformHost::StartProcess(const std::string& commandLine, const std::strin
     return PlatformSystemStartProcess(commandLine, directory);
 }
 
+std::vector<std::string> PlatformHost::MountPoints()
+{
+    return PlatformSystemMountPoints();
+}
+
+std::string PlatformHost::HomeFolder()
+{
+    return PlatformSystemHomeFolder();
+}
+
 int PlatformHost::ChangeCursorCounter(int by)
 {
     const bool before = m_nCursorCounter >= 0;

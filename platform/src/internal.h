@@ -1,6 +1,7 @@
 #pragma once
 // What the sources of this library share.
 
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,3 +33,9 @@ std::string PlatformPictureOrder(const std::string& picture);
 /// The system's own answers, behind the defaults of PlatformHost.
 std::optional<std::string> PlatformSystemLocaleText(DWORD item);
 bool PlatformSystemStartProcess(const std::string& commandLine, const std::string& directory);
+std::vector<std::string> PlatformSystemMountPoints();
+std::string PlatformSystemHomeFolder();
+
+/// The mount points of a mount table that a player would look for: devices and network folders, and whatever
+/// is mounted where players mount; not the system's own. Sorted, each once.
+std::vector<std::string> PlatformKnownMounts(std::istream& table);

@@ -302,14 +302,14 @@ TEST_F(EngineTest, TheShaderDarkensForAQuarterOfASecondThenTellsAndGoes)
     for (int time = 20; time < 250; time += 20) {
         world.RunFrame(20);
         EXPECT_EQ(told, 0) << time;
-        const std::uint16_t now = *presenter.Compose(&white, 1);
+        const std::uint16_t now = *presenter.Compose(&white, 1, 1);
         EXPECT_LT(now, last) << time;
         last = now;
     }
     world.RunFrame(20);
     EXPECT_EQ(told, MSG_ITF_SHADE_DONE);
     EXPECT_EQ(world.GetEntity(shader), nullptr);
-    EXPECT_EQ(*presenter.Compose(&white, 1), white);
+    EXPECT_EQ(*presenter.Compose(&white, 1, 1), white);
 }
 
 TEST(TraceTest, FindsLinesFromAPlaceOnAndKeepsCountWhenOldOnesGo)

@@ -145,6 +145,7 @@ TEST_F(VideoTest, AKeyOrTheProgramsEndStopsIt)
     }
 }
 
+// In a dialog it goes on only as long as its box asks after it.
 TEST_F(VideoTest, InTheBackgroundItPlaysFromFrameToFrame)
 {
     const RECT size = {0, 0, 20, 20};
@@ -153,11 +154,15 @@ TEST_F(VideoTest, InTheBackgroundItPlaysFromFrameToFrame)
     const int clip = video.OpenVideo("video\\x.ani", VIDEO_IN_DIALOG);
     video.SetVideoTarget(clip, surface, &place);
     video.PlayVideo(clip, 1);
-    for (int time = 20; time < 100; time += 20) {
+    for (int time = 20; time <= 100; time += 20) {
         EXPECT_TRUE(video.IsVideoRunning(clip));
         video.Update(20);
+        render.FillSurface(surface, 0);
+        video.Update(1000);
     }
-    video.Update(20);
+    EXPECT_EQ(sound.played, std::vector<std::string>{"boom"});
+    EXPECT_EQ(render.LockSurface(surface)[4 * 20 + 4], 0) << "drawn only when asked";
+    render.UnlockSurface(surface, 0);
     EXPECT_FALSE(video.IsVideoRunning(clip));
     const std::uint16_t* pixels = render.LockSurface(surface);
     EXPECT_EQ(pixels[4 * 20 + 4], 0xf800);
@@ -167,6 +172,22 @@ TEST_F(VideoTest, InTheBackgroundItPlaysFromFrameToFrame)
     video.RewindVideo(clip, 0);
     video.PlayVideo(clip, 1);
     EXPECT_TRUE(video.IsVideoRunning(clip));
+}
+
+TEST_F(VideoTest, AnAnimationIsDrawnByItsTicksAndGoesRound)
+{
+    const RECT place = {40, 30, 56, 46};
+    const int clip = video.OpenAnimation("video\\x.ani");
+    video.SetAnimationTarget(clip, DISPLAY_FRAME, &place);
+    video.StartAnimation(clip);
+    video.Update(20);
+    EXPECT_EQ(render.DisplayPixels()[800 * 30 + 40], 0) << "its dialog may not be on the screen yet";
+    for (int tick = 0; tick < 15; ++tick)
+        video.TickAnimation(clip, 20);
+    EXPECT_EQ(render.DisplayPixels()[800 * 30 + 40], 0xf800);
+    EXPECT_EQ(render.DisplayPixels()[800 * 45 + 55], 0xf800);
+    EXPECT_EQ(render.DisplayPixels()[800 * 46 + 56], 0);
+    EXPECT_EQ(sound.played.size(), 3U) << "once a round";
 }
 
 TEST_F(VideoTest, WhatIsMissingIsToldAndClosedHandlesDoNothing)

@@ -193,16 +193,16 @@ TEST(PresenterTest, TheDarkestFadeAndTheBrightnessChangeTheCopyOnly)
 {
     CPresenter presenter;
     const std::uint16_t pixels[] = {0xffff, 0x8410, 0};
-    EXPECT_EQ(presenter.Compose(pixels, 3), pixels) << "nothing is copied while nothing changes it";
+    EXPECT_EQ(presenter.Compose(pixels, 3, 1), pixels) << "nothing is copied while nothing changes it";
     presenter.SetFade(1, 0.25F);
     presenter.SetFade(2, 0.5F);
-    const std::uint16_t* shown = presenter.Compose(pixels, 3);
+    const std::uint16_t* shown = presenter.Compose(pixels, 3, 1);
     EXPECT_EQ(shown[0], 15U << 11 | 31U << 5 | 15U);
     EXPECT_EQ(shown[2], 0);
     presenter.ClearFade(2);
     presenter.ClearFade(1);
     presenter.SetBrightness(9.0F);
-    shown = presenter.Compose(pixels, 3);
+    shown = presenter.Compose(pixels, 3, 1);
     EXPECT_EQ(shown[0], 0xffff);
     EXPECT_EQ(shown[1], 0xffff);
 }

@@ -127,7 +127,7 @@ TEST_F(FlowTest, TheHiddenCodeWorksAfterClicksAndBoxes)
     auto* menu = Find<CItfMenu>();
     RECT rect;
     menu->GetScreenRect(&rect);
-    Click(rect.left + 20, rect.top + 10); // an item that isn't there yet
+    Click(rect.left + 20, rect.top + 50); // an item that isn't there yet
     EXPECT_EQ(CItfWnd::GetFocusId(), menu->GetId());
     Frame();
     Type("qiru");

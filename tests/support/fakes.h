@@ -255,6 +255,8 @@ class FakeHost : public PlatformHost
     SYSTEMTIME LocalTime() override { return localTime; }
     void DebugOutput(const char* text) override { debug.push_back(text); }
     bool StartProcess(const std::string& commandLine, const std::string& directory) override;
+    std::vector<std::string> MountPoints() override { return mountPoints; }
+    std::string HomeFolder() override { return homeFolder; }
 
     POINT cursor;
     bool hasCursor = true;
@@ -266,6 +268,8 @@ class FakeHost : public PlatformHost
     std::vector<std::string> debug; ///< each line as it was given, with its CR LF
     std::vector<std::pair<std::string, std::string>> processes;
     bool processStarts = true;
+    std::vector<std::string> mountPoints;
+    std::string homeFolder;
 
   private:
     PlatformHost* m_pOld;

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/types.h"
 
@@ -32,6 +33,10 @@ class PlatformHost
     virtual std::optional<std::string> LocaleText(DWORD item);
     virtual void DebugOutput(const char* text);
     virtual bool StartProcess(const std::string& commandLine, const std::string& directory);
+    /// Absolute paths of the disk: where what the player knows as drives is mounted, and his own folder
+    /// (empty for none).
+    virtual std::vector<std::string> MountPoints();
+    virtual std::string HomeFolder();
 
     /// Changes ShowCursor's display counter, which begins at 0, and gives its new value.
     int ChangeCursorCounter(int by);

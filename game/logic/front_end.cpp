@@ -1,0 +1,68 @@
+#include "logic/front_end.h"
+
+#include <algorithm>
+#include <utility>
+
+bool CFrontEnd::Start(const ItfEvent& first)
+{
+    m_nEntity = m_World.Root().CreateEntityFromModule(NAME, MODULE, 0, -1, 1, 0);
+    if (m_nEntity < 0)
+        return false;
+    m_World.Root().SendMessage(MSG_ITF_START, m_nEntity, 0, "l", &first);
+    return true;
+}
+
+void CFrontEnd::PostEvent(const ItfEvent& event)
+{
+    auto sent = std::make_unique<Sent>();
+    sent->event = event;
+    Post(std::move(sent));
+}
+
+void CFrontEnd::PostEvent(const ItfEvent& event, const Word (&words)[4])
+{
+    auto sent = std::make_unique<Sent>();
+    sent->event = event;
+    std::ranges::copy(words, sent->words);
+    sent->event.object = sent->words;
+    Post(std::move(sent));
+}
+
+void CFrontEnd::Post(std::unique_ptr<Sent> sent)
+{
+    if (IsUp())
+        PostNow(std::move(sent));
+    else
+        m_Pending.push_back(std::move(sent));
+}
+
+void CFrontEnd::PostNow(std::unique_ptr<Sent> sent)
+{
+    m_Waiting.push_back(std::move(sent));
+    m_World.Root().PostMessage(MSG_ITF_EVENT, m_nEntity, 0, "l", &m_Waiting.back()->event);
+}
+
+void CFrontEnd::Update()
+{
+    m_Delivered.clear();
+    m_Delivered.swap(m_Waiting);
+    if (m_Pending.empty())
+        return;
+    std::vector<std::unique_ptr<Sent>> pending;
+    pending.swap(m_Pending);
+    if (!Start(pending.front()->event))
+        return; // the engine has told why; whoever posts again tries again
+    m_Delivered.push_back(std::move(pending.front()));
+    for (std::size_t i = 1; i < pending.size(); ++i)
+        PostNow(std::move(pending[i]));
+}
+
+void CFrontEnd::TakeAway()
+{
+    if (!IsUp())
+        return;
+    // Its commands are sent by address, and go with it.
+    m_World.DropPostedBy(m_nEntity);
+    m_World.DestroyEntity(m_nEntity);
+    m_nEntity = -1;
+}

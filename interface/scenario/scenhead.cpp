@@ -1,0 +1,104 @@
+#include "scenario/scenhead.h"
+
+#include <array>
+
+#include "iengine.h"
+#include "itfrecords.h"
+#include "keelworks/ds_file.h"
+#include "kernel/itfwnd.h"
+
+namespace
+{
+
+constexpr char UNKNOWN_NAME[] = "?";
+constexpr int NAME_BUFFER = 260;
+
+// Reads zero-terminated texts one behind the other, in pieces.
+class CTextReader
+{
+  public:
+    explicit CTextReader(ds_file& file) : m_File(file) {}
+
+    // The next text, cut to `limit` characters; what is cut off is passed over.
+    std::string Read(std::size_t limit)
+    {
+        std::string text;
+        while (const char c = Next()) {
+            if (text.size() < limit)
+                text += c;
+        }
+        return text;
+    }
+
+    // The same for the last text that is wanted: what follows isn't read.
+    std::string ReadLast(std::size_t limit)
+    {
+        std::string text;
+        for (char c; text.size() < limit && (c = Next()) != '\0';)
+            text += c;
+        return text;
+    }
+
+  private:
+    // The next byte, 0 also at the end of the file.
+    char Next()
+    {
+        if (m_nNext == m_nFilled) {
+            m_nFilled = m_File.read(m_Buffer.data(), m_Buffer.size());
+            m_nNext = 0;
+            if (m_nFilled == 0)
+                return '\0';
+        }
+        return m_Buffer[m_nNext++];
+    }
+
+    ds_file& m_File;
+    std::array<char, 512> m_Buffer;
+    std::size_t m_nNext = 0;
+    std::size_t m_nFilled = 0;
+};
+
+} // namespace
+
+bool ReadScenarioHead(const char* path, bool withDescription, ScenarioHead& out)
+try {
+    out = ScenarioHead();
+    ds_file file(path, ds_file::MODE_READ);
+    if (file.read(&out.header, sizeof out.header) == 0)
+        return false;
+    if (out.header.nVersion >= SCENARIO_VERSION_CUSTOM &&
+        file.read(&out.custom, sizeof out.custom) != sizeof out.custom)
+        return false;
+    CTextReader reader(file);
+    out.title = reader.Read(SCENARIO_MAX_TITLE);
+    if (withDescription)
+        out.description = reader.ReadLast(SCENARIO_MAX_DESCRIPTION);
+    return true;
+} catch (const fopen_exception&) {
+    return false;
+}
+
+bool HasWholeScenarioHead(const char* path)
+try {
+    SCENARIO_HEADER header;
+    return ds_file(path, ds_file::MODE_READ).read(&header, sizeof header) == sizeof header;
+} catch (const fopen_exception&) {
+    return false;
+}
+
+std::string ScenarioSideName(int nation, bool custom, const CObjGUID& guid, ICustomResources* resources)
+{
+    if (!custom) {
+        const char* name = CItfWnd::FindResString(nation);
+        return name != nullptr ? name : UNKNOWN_NAME;
+    }
+    char name[NAME_BUFFER] = {};
+    const int index = resources != nullptr ? resources->Find(&guid) : -1;
+    return index >= 0 && resources->GetName(index, name, sizeof name) ? name : UNKNOWN_NAME;
+}
+
+ICustomResources* GetCustomResources(IEngine* core)
+{
+    return reinterpret_cast<ICustomResources*>(
+        core->GetScene(-1)->SendMessage(MSG_GET_CUSTOM_RESOURCES, DEST_LOGIC, 0, ""));
+}
