@@ -62,10 +62,10 @@ void DebugLine(const std::string& text)
 }
 
 /// Converts to the mixer's form. Null when the system can't.
-std::shared_ptr<const SoundSamples> Convert(const SDL_AudioSpec& spec, const Uint8* data, Uint32 size)
+std::shared_ptr<const SoundSamples> Convert(const SDL_AudioSpec& from, const Uint8* data, Uint32 size)
 {
     SDL_AudioCVT conversion;
-    if (SDL_BuildAudioCVT(&conversion, spec.format, spec.channels, spec.freq, AUDIO_S16SYS, CMixer::CHANNELS,
+    if (SDL_BuildAudioCVT(&conversion, from.format, from.channels, from.freq, AUDIO_S16SYS, CMixer::CHANNELS,
                           CMixer::RATE) < 0)
         return nullptr;
     std::vector<Uint8> buffer(static_cast<std::size_t>(size) *
@@ -160,11 +160,11 @@ std::shared_ptr<const SoundSamples> CSound::Load(const std::string& file)
         std::fprintf(stderr, "seawarden: sound %s can't be read or is too large\n", path.c_str());
         return samples;
     }
-    SDL_AudioSpec spec;
+    SDL_AudioSpec format;
     Uint8* data = nullptr;
     Uint32 size = 0;
-    if (SDL_LoadWAV_RW(stream, 1, &spec, &data, &size) != nullptr) {
-        samples = Convert(spec, data, size);
+    if (SDL_LoadWAV_RW(stream, 1, &format, &data, &size) != nullptr) {
+        samples = Convert(format, data, size);
         SDL_FreeWAV(data);
     }
     if (samples == nullptr)
