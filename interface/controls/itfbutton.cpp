@@ -139,7 +139,7 @@ Word CItfButton::OnMouseMove(std::uint32_t, std::int32_t lParam)
         m_bHot = true;
         Invalidate(nullptr);
     }
-    if (IsStill(self) && m_bPressed && !IsCheckBox()) {
+    if (IsStill(this, self) && m_bPressed && !IsCheckBox()) {
         const int state = PtInRect(&m_rcClient, MousePoint(lParam)) ? BUTTON_DOWN : BUTTON_UP;
         if (state != m_nState)
             SetState(state);
@@ -159,7 +159,7 @@ Word CItfButton::OnLButtonDown(std::uint32_t, std::int32_t)
         SetState(BUTTON_DOWN);
     else if (!IsManual())
         Toggle();
-    if (IsStill(self))
+    if (IsStill(this, self))
         Notify(checkBox ? NOTIFY_CLICKED : NOTIFY_PRESSED);
     return 0;
 }
@@ -175,7 +175,7 @@ Word CItfButton::OnLButtonUp(std::uint32_t, std::int32_t lParam)
         return 0;
     const int self = m_nId;
     SetState(inside && IsManual() ? BUTTON_DOWN : BUTTON_UP);
-    if (inside && IsStill(self)) {
+    if (inside && IsStill(this, self)) {
         PlaySound(CLICK_SOUND);
         Notify(NOTIFY_CLICKED);
     }

@@ -257,6 +257,6 @@ void CItfTextBox::ScrollTo(int line)
         return;
     const int self = m_nId;
     Redraw();
-    if (IsStill(self) && m_pScrollBar != nullptr)
+    if (IsStill(this, self) && m_pScrollBar != nullptr)
         m_pScrollBar->SetPos(m_nTopLine);
 }
