@@ -164,13 +164,13 @@ TEST_F(ButtonTest, CaptionStandsInTheMiddleOfTheInnerRectangle)
         const auto button = Make(0, "XX");
         button->Enable(false);
         button->Invalidate(nullptr);
-        EXPECT_EQ(Extent(RED), (RECT{LEFT + 32, TOP + 15, LEFT + 48, TOP + 25}));
+        EXPECT_EQ(Extent(RED), (RECT{LEFT + 32, TOP + 17, LEFT + 48, TOP + 27}));
         Toolkit().fontMap = rows;
     }
     const auto button = Make(0, "XX");
     button->SetInnerRect({20, 4, 60, 26});
     button->Invalidate(nullptr);
-    EXPECT_EQ(Extent(WHITE), (RECT{LEFT + 32, TOP + 10, LEFT + 48, TOP + 20}));
+    EXPECT_EQ(Extent(WHITE), (RECT{LEFT + 32, TOP + 13, LEFT + 48, TOP + 23}));
 }
 
 TEST_F(ButtonTest, FontBringsItsVariantsAsFarAsTheyExist)

@@ -299,7 +299,7 @@ TEST_F(FontTest, PlacesOfLinesInABox)
         {{5, 2, 60, 33}, FONT_MULTILINE | FONT_CENTER_VERT, "a\r\nb", {{5, 7, "a"}, {5, 17, "b"}}},
         {{5, 2, 60, 33}, FONT_MULTILINE | FONT_CENTER_VERT, "a\r\n\r\n\r\nb", {{5, 2, "a"}}},
         // One line is drawn, but all are counted.
-        {{5, 2, 60, 42}, FONT_CENTER_VERT, "a\r\nb", {{5, 2, "a"}}},
+        {{5, 2, 60, 42}, FONT_CENTER_VERT, "a\r\nb", {{5, 12, "a"}}},
         {{5, 2, 60, 8}, FONT_CENTER_VERT, "a", {{5, 2, "a"}}},
         {{60, 5, 5, 40}, FONT_MULTILINE, "a", {}},
     };
