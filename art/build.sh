@@ -1,10 +1,10 @@
 #!/bin/bash
 # Renders the pictures, fonts and sounds of data/ from their sources in this folder.
 # usage: art/build.sh [SEAWARDEN-FONTMAKER]
-# Needs rsvg-convert, ImageMagick and python3. The font tool is looked for in build/bin when it isn't given.
+# Needs rsvg-convert, ImageMagick and python3. The font tool is looked for in build/release/bin when it isn't given.
 set -euo pipefail
 cd "$(dirname "$0")"
-fontmaker=${1:-../build/bin/seawarden-fontmaker}
+fontmaker=${1:-../build/release/bin/seawarden-fontmaker}
 images=../data/resource/images
 texts=../data/resource/txt_res
 work=$(mktemp -d)
@@ -122,6 +122,7 @@ solid itf/loseart.png lose
 python3 portraits.py | rsvg-convert -o "$work/portraits.png"
 convert "$work/portraits.png" -alpha remove -alpha off -strip "PNG24:$images/itf/leaders.png"
 cut_out cursor.png cursor
+cut_out icon.png icon
 
 closing evening scene_sunset.inc 'Fair winds, Captain'
 closing harbour scene_night.inc 'The harbour lights are burning for you'

@@ -26,6 +26,9 @@ int RunGame(const Options& options)
     const std::string user = MakeUserFolder(options.userFolder, error);
     if (user.empty())
         return Complain(error, CProgram::EXIT_FAILED);
+    if (!CanKeepFiles(user))
+        Complain("the player's folder " + user + " can't be read and written; settings and saves may be lost",
+                 CProgram::EXIT_GOOD);
     PlatformSetRoots(user, data);
     const int status = CProgram(options).Run();
     SDL_Quit();

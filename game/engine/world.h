@@ -81,8 +81,6 @@ class CWorld
                  std::span<const Word> values);
     /// Delivers what was posted up to now; what is posted meanwhile waits for the next call.
     void DeliverPosted();
-    /// Drops what waits.
-    void DropPosted() { m_Posted.clear(); }
     /// Drops what waits from that entity.
     void DropPostedBy(int sender);
 

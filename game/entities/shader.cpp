@@ -36,22 +36,26 @@ Word CShaderEntity::OnMessage(const MessageRecord* record)
     m_nReceiver = static_cast<int>(words[SHADE_RECEIVER]);
     m_nMessage = static_cast<int>(words[SHADE_MESSAGE]);
     m_nExtra = static_cast<int>(words[SHADE_EXTRA]);
-    m_bRunning = true;
+    m_Phase = Phase::Darkens;
     return 1;
 }
 
 Word CShaderEntity::OnFrame(Word elapsed, Word)
 {
-    if (!m_bRunning)
+    if (m_Phase == Phase::Waits)
         return 0;
+    if (m_Phase == Phase::Dark) {
+        m_pCore->DestroyEntity(GetEntityId()); // which ends the fade
+        return 0;
+    }
     m_nElapsed += static_cast<int>(elapsed);
     if (m_nElapsed < m_nDuration) {
         m_Presenter.SetFade(GetEntityId(), static_cast<float>(m_nElapsed) / static_cast<float>(m_nDuration));
         return 0;
     }
-    m_bRunning = false;
-    m_Presenter.ClearFade(GetEntityId());
+    // The receiver ran before in this frame: its new picture comes with the next one.
+    m_Phase = Phase::Dark;
+    m_Presenter.SetFade(GetEntityId(), 1.0F);
     m_pCore->SendMessage(m_nMessage, m_nReceiver, m_nExtra, nullptr);
-    m_pCore->DestroyEntity(GetEntityId());
     return 0;
 }

@@ -5,7 +5,8 @@
 class CPresenter;
 class IEngine;
 
-/// The entity "shader": darkens what the display shows, tells an entity when it is dark, and goes.
+/// The entity "shader": darkens what the display shows, tells an entity when it is dark, and goes a frame
+/// later, when that entity has shown its new picture.
 ///
 /// MSG_SHADE_START, "llllll": -1, 0, time (4 units are a millisecond), entity to tell, its message, the
 /// message's extra word.
@@ -22,9 +23,11 @@ class CShaderEntity : public Entity
     Word OnFrame(Word elapsed, Word second) override;
 
   private:
+    enum class Phase { Waits, Darkens, Dark };
+
     CPresenter& m_Presenter;
     IEngine* m_pCore = nullptr;
-    bool m_bRunning = false;
+    Phase m_Phase = Phase::Waits;
     int m_nDuration = 0; // milliseconds
     int m_nElapsed = 0;
     int m_nReceiver = -1;

@@ -21,7 +21,13 @@ void CPlayList::Load(const char* path)
         bool good = parser.SkipTillChar('{');
         while (good && parser.SkipSpace(false) != '}') {
             char name[MAX_PATH];
-            good = ++tracks <= MAX_TRACKS && parser.ReadFileName(name, sizeof(name));
+            if (++tracks > MAX_TRACKS) {
+                OutputDebugStringA((std::string(path) + "(" + std::to_string(parser.GetLine()) +
+                                    "): more than " + std::to_string(MAX_TRACKS) + " tracks\r\n")
+                                       .c_str());
+                return;
+            }
+            good = parser.ReadFileName(name, sizeof(name));
             if (good)
                 list.emplace_back(name);
             if (good && parser.SkipSpace(false) == ',')
@@ -40,14 +46,22 @@ const std::vector<std::string>* CPlayList::Tracks() const
     return valid ? &m_Lists[static_cast<std::size_t>(m_nList)] : nullptr;
 }
 
-void CPlayList::Start(int track)
+void CPlayList::Start(int track, std::size_t position)
 {
     const auto* tracks = Tracks();
     if (tracks == nullptr || track < 0 || static_cast<std::size_t>(track) >= tracks->size())
         return;
-    m_nCurrent = track;
-    m_nStopped = -1;
-    m_Sound.PlayMusic((*tracks)[static_cast<std::size_t>(track)], tracks->size() == 1);
+    m_nCurrent = -1;
+    m_nStopped = track; // for a later try when none can be played
+    m_nStoppedAt = 0;
+    const auto first = static_cast<std::size_t>(track);
+    for (std::size_t i = 0; i < tracks->size() && m_nCurrent < 0; ++i) {
+        const std::size_t tried = (first + i) % tracks->size();
+        if (m_Sound.PlayMusic((*tracks)[tried], tracks->size() == 1, i == 0 ? position : 0)) {
+            m_nCurrent = static_cast<int>(tried);
+            m_nStopped = -1;
+        }
+    }
 }
 
 void CPlayList::Play(int track)
@@ -55,7 +69,7 @@ void CPlayList::Play(int track)
     if (track >= 0)
         Start(track);
     else if (m_nCurrent < 0)
-        Start(m_nStopped);
+        Start(m_nStopped, m_nStoppedAt);
 }
 
 void CPlayList::Stop(int fade)
@@ -64,7 +78,7 @@ void CPlayList::Stop(int fade)
         return;
     m_nStopped = m_nCurrent;
     m_nCurrent = -1;
-    m_Sound.StopMusic(fade);
+    m_nStoppedAt = m_Sound.StopMusic(fade);
 }
 
 void CPlayList::Skip()

@@ -9,8 +9,8 @@
 class CSound;
 
 /// `resource\txt_res\playlist.ini` holds sections `PlayList { "file", "file" }`, one for each list in order;
-/// a file is a WAV. A list of one track repeats it, a longer one goes round. Without a sound device the list
-/// still knows which track would play.
+/// a file is a WAV. A list of one track repeats it, a longer one goes round; a track that can't be played is
+/// left out. Without a sound device the list still knows which track would play.
 class CPlayList : public IPlayList
 {
   public:
@@ -31,11 +31,13 @@ class CPlayList : public IPlayList
 
   private:
     const std::vector<std::string>* Tracks() const;
-    void Start(int track);
+    /// The track from `position` on, or, when it can't be played, the first behind it that can.
+    void Start(int track, std::size_t position = 0);
 
     CSound& m_Sound;
     std::vector<std::vector<std::string>> m_Lists;
     int m_nList = -1; ///< the list switched on, -1 for none
     int m_nCurrent = -1;
-    int m_nStopped = -1; ///< what Play(-1) goes on with
+    int m_nStopped = -1;          ///< what Play(-1) goes on with
+    std::size_t m_nStoppedAt = 0; ///< and where
 };

@@ -92,6 +92,18 @@ bool ParseNumber(const std::string& value, std::uint32_t& out)
     return true;
 }
 
+/// The name itself, or with the first number behind it that no file has; empty when all are taken.
+std::string FreeName(const std::string& name)
+{
+    constexpr int LAST = 99;
+    for (int number = 1; number <= LAST; ++number) {
+        std::string numbered = number == 1 ? name : name + std::to_string(number);
+        if (PlatformResolveRead(numbered.c_str()).empty())
+            return numbered;
+    }
+    return {};
+}
+
 } // namespace
 
 CProfileStore::CProfileStore(std::string path) : m_strPath(std::move(path))
@@ -122,7 +134,13 @@ void CProfileStore::Load()
     if (PlatformResolveRead(m_strPath.c_str()).empty())
         return;
     const auto text = ReadTextFile(m_strPath.c_str());
-    bool good = text.has_value();
+    if (!text) {
+        m_bLeftAlone = true;
+        OutputDebugStringA(
+            (m_strPath + " can't be read; it is left as it is, and nothing is kept\r\n").c_str());
+        return;
+    }
+    bool good = true;
     int line = 0;
     for (std::size_t from = 0; good && from < text->size();) {
         const std::size_t end = std::min(text->find('\n', from), text->size());
@@ -134,10 +152,11 @@ void CProfileStore::Load()
     if (good)
         return;
     m_Sections.clear();
-    const std::string bad = m_strPath + ".bad";
-    PlatformRenameFile(m_strPath.c_str(), bad.c_str());
+    const std::string bad = FreeName(m_strPath + ".bad");
+    m_bLeftAlone = bad.empty() || !PlatformRenameFile(m_strPath.c_str(), bad.c_str());
     OutputDebugStringA((m_strPath + "(" + std::to_string(line) +
-                        "): a line that isn't [SECTION] or Key = " + "value; the file is now " + bad + "\r\n")
+                        "): a line that isn't [SECTION] or Key = value; the file " +
+                        (m_bLeftAlone ? "can't be renamed, and nothing is kept" : "is now " + bad) + "\r\n")
                            .c_str());
 }
 
@@ -148,7 +167,8 @@ bool CProfileStore::ParseLine(const std::string& line)
     if (line.front() != '[')
         return ParseEntry(line);
     const std::string name = line.substr(1, line.size() - 2);
-    return line.size() > 2 && line.back() == ']' && IsName(name) && SelectSection(name.c_str(), 1);
+    return line.size() > 2 && line.back() == ']' && IsName(name) &&
+           CProfileStore::SelectSection(name.c_str(), 1);
 }
 
 bool CProfileStore::ParseEntry(const std::string& line)
@@ -175,6 +195,8 @@ std::size_t CProfileStore::CountEntries() const
 
 bool CProfileStore::Save() const
 {
+    if (m_bLeftAlone)
+        return false;
     std::string text;
     for (const auto& [lower, section] : m_Sections) {
         text += "[" + section.name + "]\n";

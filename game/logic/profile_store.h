@@ -18,8 +18,8 @@ class CProfileStore : public IProfileStore
 
     /// In memory alone; refuses every Write of its users.
     CProfileStore() = default;
-    /// Loads the file. A broken one is renamed to `path`.bad, told in the debug output, and the store starts
-    /// empty.
+    /// Loads the file. A broken one is renamed to `path`.bad (or .bad2, ... when there is one), told in the
+    /// debug output, and the store starts empty. One that can't be read is told and left alone: Write fails.
     explicit CProfileStore(std::string path);
 
     bool Write(const char* key, const char* format, const void* value) override;
@@ -50,5 +50,6 @@ class CProfileStore : public IProfileStore
 
     std::string m_strPath; // empty: no file
     std::map<std::string, Section> m_Sections;
-    std::string m_strSection; // in lower case; empty while none is selected
+    bool m_bLeftAlone = false; // the file can't be read or set aside, so it isn't written either
+    std::string m_strSection;  // in lower case; empty while none is selected
 };

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-constexpr std::size_t TEXT_FILE_MAX_BYTES = 1024 * 1024;
+constexpr std::size_t TEXT_FILE_MAX_BYTES = std::size_t{1024} * 1024;
 
 /// Nothing when there is no such file, or when it can't be read or is larger than TEXT_FILE_MAX_BYTES.
 std::optional<std::string> ReadTextFile(const char* path);

@@ -42,8 +42,9 @@ std::string AppendText(const char* raw, std::string& out)
     return {};
 }
 
-/// One row. Gives what is wrong with it, empty when nothing is.
-std::string ReadRow(CTextParser& parser, std::vector<char>& buffer, int& number, std::string& text)
+/// One row. Gives what is wrong with it, empty when nothing is; `line` is the line of the last text in
+/// quotes.
+std::string ReadRow(CTextParser& parser, std::vector<char>& buffer, int& number, std::string& text, int& line)
 {
     if (!parser.ReadIntElem(',', number))
         return parser.GetError();
@@ -51,6 +52,7 @@ std::string ReadRow(CTextParser& parser, std::vector<char>& buffer, int& number,
         return "expected a text in quotes behind the number";
     text.clear();
     while (parser.SkipSpace(false) == '"') {
+        line = parser.GetLine();
         if (!parser.ReadFileName(buffer.data(), buffer.size()))
             return parser.GetError();
         const std::string error = AppendText(buffer.data(), text);
@@ -80,8 +82,9 @@ bool CTextTable::Load(const char* path)
     while (parser.SkipSpace(false) != '\0') {
         const int firstLine = parser.GetLine();
         int number = 0;
+        int textLine = 0;
         std::string text;
-        std::string error = ReadRow(parser, buffer, number, text);
+        std::string error = ReadRow(parser, buffer, number, text, textLine);
         if (error.empty() && !m_Texts.try_emplace(number, text).second) {
             DebugLine(std::string(path) + "(" + std::to_string(firstLine) + "): text " +
                       std::to_string(number) + " stands in the file already");
@@ -92,7 +95,7 @@ bool CTextTable::Load(const char* path)
         // What is wrong may be that the row's text is missing, and then the next row stands here already.
         const char next = parser.SkipSpace(false);
         const int line = std::max(parser.GetLine(), firstLine);
-        DebugLine(std::string(path) + "(" + std::to_string(line) + "): " + error);
+        DebugLine(std::string(path) + "(" + std::to_string(textLine > 0 ? textLine : line) + "): " + error);
         const bool nextRow = line > firstLine && ((next >= '0' && next <= '9') || next == '-');
         if (!nextRow && !parser.SkipTillChar('\n'))
             break;

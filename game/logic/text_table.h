@@ -12,7 +12,7 @@
 class CTextTable : public ITextTable
 {
   public:
-    static constexpr std::size_t MAX_TEXT = 64 * 1024;
+    static constexpr std::size_t MAX_TEXT = std::size_t{64} * 1024;
 
     /// A row that is wrong is told with file and line in the debug output and left out. False when there is
     /// no such file, which is told too.

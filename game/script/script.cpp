@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <string_view>
 #include <utility>
 
 #include "engine/names.h"
@@ -15,6 +16,7 @@ namespace
 constexpr int MAX_FRAMES = 1000000;
 constexpr int MAX_NOTCHES = 100;
 constexpr const char* BLANKS = " \t\r";
+constexpr std::string_view UTF8_MARK = "\xef\xbb\xbf"; // editors put it at a file's beginning
 
 struct CommandName {
     const char* name;
@@ -101,7 +103,7 @@ class CLineParser
         case EScript::Frames:
             return Number("a number of frames", 1, MAX_FRAMES, m_Command.nNumber);
         case EScript::Wheel:
-            return Number("a number of notches", -MAX_NOTCHES, MAX_NOTCHES, m_Command.nNumber);
+            return Notches();
         case EScript::Move:
         case EScript::Click:
         case EScript::Double:
@@ -139,6 +141,12 @@ class CLineParser
                std::to_string(high);
     }
 
+    std::string Notches()
+    {
+        const std::string error = Number("a number of notches", -MAX_NOTCHES, MAX_NOTCHES, m_Command.nNumber);
+        return error.empty() && m_Command.nNumber == 0 ? "expected at least one notch" : error;
+    }
+
     std::string Point()
     {
         std::string error = Number("x", INT16_MIN, INT16_MAX, m_Command.point.x);
@@ -157,7 +165,7 @@ class CLineParser
     /// Quotes around the whole text keep its blanks.
     std::string Typed()
     {
-        const bool quoted = m_strRest.size() > 2 && m_strRest.front() == '"' && m_strRest.back() == '"';
+        const bool quoted = m_strRest.size() >= 2 && m_strRest.front() == '"' && m_strRest.back() == '"';
         if (quoted)
             m_strRest = m_strRest.substr(1, m_strRest.size() - 2);
         return Rest("a text to type");
@@ -195,6 +203,8 @@ class CLineParser
             if (key == 0)
                 return "there is no key \"" + name + "\"";
             m_Command.keys.push_back(key);
+            if (plus + 1 == names.size())
+                return "expected the name of a key behind +";
             names = names.substr(std::min(plus + 1, names.size()));
         }
         if (m_Command.keys.empty() || (m_Command.kind != EScript::Key && m_Command.keys.size() != 1))
@@ -274,7 +284,7 @@ bool ParseScript(const std::string& file, const std::string& text, std::vector<S
                  std::string& error)
 {
     int number = 0;
-    for (std::size_t from = 0; from < text.size();) {
+    for (std::size_t from = text.starts_with(UTF8_MARK) ? UTF8_MARK.size() : 0; from < text.size();) {
         const std::size_t end = std::min(text.find('\n', from), text.size());
         const std::string line = Trimmed(WithoutComment(text.substr(from, end - from)));
         from = end + 1;

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 #include "engine/module.h"
@@ -60,11 +61,20 @@ std::string MakeUserFolder(const std::string& given, std::string& error)
     const char* home = std::getenv("HOME");
     if (folder.empty() && dataHome != nullptr && *dataHome == '/')
         folder = std::string(dataHome) + "/seawarden";
-    else if (folder.empty() && home != nullptr)
+    else if (folder.empty() && home != nullptr && *home != '\0')
         folder = std::string(home) + "/.local/share/seawarden";
+    if (folder.empty()) {
+        error = "there is no home folder; name the player's folder with --user";
+        return {};
+    }
     folder = WithoutTrailingSlash(folder);
-    if (!folder.empty() && MakeFolder(folder))
+    if (MakeFolder(folder))
         return folder;
     error = "the player's folder " + folder + " can't be made; name one with --user";
     return {};
+}
+
+bool CanKeepFiles(const std::string& folder)
+{
+    return access(folder.c_str(), R_OK | W_OK | X_OK) == 0;
 }

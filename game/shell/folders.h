@@ -10,5 +10,7 @@ std::string FindDataFolder(const std::string& given, std::string& error);
 /// The player's folder, made when it doesn't exist: the given one, or `$XDG_DATA_HOME/seawarden`, or
 /// `~/.local/share/seawarden`. Empty, with a line for the user in `error`, when it can't be made.
 std::string MakeUserFolder(const std::string& given, std::string& error);
+/// Whether files of the folder can be read, written and made.
+bool CanKeepFiles(const std::string& folder);
 /// False when the folder isn't there and can't be made.
 bool MakeFolder(const std::string& folder);

@@ -1,6 +1,7 @@
 #include "shell/input.h"
 
 #include <cstdint>
+#include <cstdlib>
 
 #include "platform/codepage.h"
 #include "shell/keymap.h"
@@ -19,6 +20,9 @@ constexpr LONG ONE_PRESS = 1;
 constexpr int CTRL_LETTER = 0x40; // what a letter loses with Ctrl
 constexpr unsigned char DELETE_CHARACTER = 127;
 constexpr int MAX_NOTCHES = 100;
+constexpr POINT OFF_THE_DISPLAY = {-1, -1};
+constexpr DWORD DOUBLE_CLICK_TIME = 500; // milliseconds
+constexpr int DOUBLE_CLICK_REACH = 2;    // display pixels each way
 
 LONG PackPoint(POINT point)
 {
@@ -28,6 +32,21 @@ LONG PackPoint(POINT point)
 }
 
 } // namespace
+
+bool IsFreshPress(const InputMessage& input)
+{
+    switch (input.message) {
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+        return true;
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+        return (input.lParam & KEY_REPEATED) == 0 && input.key != VK_SHIFT && input.key != VK_CONTROL &&
+               input.key != VK_MENU;
+    default:
+        return false;
+    }
+}
 
 void CInput::Record(const std::string& command) const
 {
@@ -78,6 +97,22 @@ void CInput::Button(int button, bool down, bool second)
     PushMouse(!left ? WM_RBUTTONDOWN : second ? WM_LBUTTONDBLCLK : WM_LBUTTONDOWN, 0, button, true);
 }
 
+void CInput::PointerButton(int button, bool down, DWORD time)
+{
+    if (!down) {
+        if (IsDownNow(button))
+            Button(button, false, false);
+        return;
+    }
+    const bool second = m_nPressed == button && time - m_nPressTime <= DOUBLE_CLICK_TIME &&
+                        std::abs(m_Cursor.x - m_PressedAt.x) <= DOUBLE_CLICK_REACH &&
+                        std::abs(m_Cursor.y - m_PressedAt.y) <= DOUBLE_CLICK_REACH;
+    m_nPressed = second ? 0 : button; // a third press begins anew
+    m_PressedAt = m_Cursor;
+    m_nPressTime = time;
+    Button(button, true, second);
+}
+
 void CInput::Wheel(int notches)
 {
     if (notches == 0 || notches > MAX_NOTCHES || notches < -MAX_NOTCHES)
@@ -125,6 +160,9 @@ void CInput::Char(unsigned char c)
 
 void CInput::ReleaseAll()
 {
+    m_nPressed = 0;
+    if (IsDownNow(VK_LBUTTON) || IsDownNow(VK_RBUTTON))
+        MoveTo(OFF_THE_DISPLAY);
     for (int key = 1; key < KEY_COUNT; ++key) {
         if (!IsDownNow(key))
             continue;

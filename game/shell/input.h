@@ -17,6 +17,10 @@ struct InputMessage {
     bool down = false;
 };
 
+/// A key or button that goes down by the player's will: no repeat, no second press of a double click, no
+/// Shift, Ctrl or Alt.
+bool IsFreshPress(const InputMessage& input);
+
 /// Positions are in display pixels. Pointer motion waits until a button, a key or the end of the frame, so
 /// that a frame has one motion between two other inputs, however often the mouse reports.
 class CInput
@@ -25,6 +29,9 @@ class CInput
     void MoveTo(POINT position);
     /// VK_LBUTTON or VK_RBUTTON; `second` marks the second press of a double click.
     void Button(int button, bool down, bool second);
+    /// A button of the real pointer, at a time in milliseconds. A press near the one before and soon behind
+    /// it is the second of a double click. A release of what isn't down is passed over.
+    void PointerButton(int button, bool down, DWORD time);
     /// Notches away from the user are positive.
     void Wheel(int notches);
     /// A key goes down (again, when it repeats) or up. Enter, Escape, Tab, Backspace (without Ctrl) and
@@ -32,7 +39,7 @@ class CInput
     void Key(int key, bool down);
     /// A printable character in code page 1252.
     void Char(unsigned char c);
-    /// Everything that is down goes up.
+    /// Everything that is down goes up, buttons off the display, so that nothing is clicked.
     void ReleaseAll();
     /// Ends the frame's input.
     void Flush();
@@ -61,4 +68,8 @@ class CInput
     std::bitset<KEY_COUNT> m_Delivered;
     POINT m_Cursor;
     bool m_bMoved = false;
+    // The press that another may make a double click of.
+    int m_nPressed = 0;
+    POINT m_PressedAt;
+    DWORD m_nPressTime = 0;
 };

@@ -13,6 +13,18 @@ namespace
 constexpr int LAST_KEY = 255;
 constexpr const char* CODE_PREFIX = "vk0x";
 
+// Codes that no dialog asks for, but that the game hears of all the same.
+constexpr int VK_CLEAR = 0x0c;
+constexpr int VK_SNAPSHOT = 0x2c;
+constexpr int VK_LWIN = 0x5b;
+constexpr int VK_RWIN = 0x5c;
+constexpr int VK_APPS = 0x5d;
+constexpr int VK_F13 = 0x7c;
+constexpr int VK_NUMLOCK = 0x90;
+constexpr int VK_SCROLL = 0x91;
+constexpr int VK_OEM_102 = 0xe2; // between the left Shift and the letters
+constexpr int VK_UNKNOWN = 0xff;
+
 struct NamedKey {
     const char* name;
     int key;
@@ -47,6 +59,13 @@ constexpr SdlKey SDL_KEYS[] = {
     {SDLK_CAPSLOCK, VK_CAPITAL},
     {SDLK_ESCAPE, VK_ESCAPE},
     {SDLK_SPACE, VK_SPACE},
+    {SDLK_CLEAR, VK_CLEAR},
+    {SDLK_PRINTSCREEN, VK_SNAPSHOT},
+    {SDLK_SCROLLLOCK, VK_SCROLL},
+    {SDLK_NUMLOCKCLEAR, VK_NUMLOCK},
+    {SDLK_LGUI, VK_LWIN},
+    {SDLK_RGUI, VK_RWIN},
+    {SDLK_APPLICATION, VK_APPS},
     {SDLK_PAGEUP, VK_PRIOR},
     {SDLK_PAGEDOWN, VK_NEXT},
     {SDLK_END, VK_END},
@@ -78,16 +97,52 @@ constexpr SdlKey SDL_KEYS[] = {
 struct KeypadKey {
     std::int32_t keycode;
     int withNumLock;
-    int without; // 0: no key
+    int without;
 };
 constexpr KeypadKey KEYPAD_KEYS[] = {
     {SDLK_KP_0, VK_NUMPAD0, VK_INSERT},      {SDLK_KP_1, VK_NUMPAD0 + 1, VK_END},
     {SDLK_KP_2, VK_NUMPAD0 + 2, VK_DOWN},    {SDLK_KP_3, VK_NUMPAD0 + 3, VK_NEXT},
-    {SDLK_KP_4, VK_NUMPAD0 + 4, VK_LEFT},    {SDLK_KP_5, VK_NUMPAD0 + 5, 0},
+    {SDLK_KP_4, VK_NUMPAD0 + 4, VK_LEFT},    {SDLK_KP_5, VK_NUMPAD0 + 5, VK_CLEAR},
     {SDLK_KP_6, VK_NUMPAD0 + 6, VK_RIGHT},   {SDLK_KP_7, VK_NUMPAD0 + 7, VK_HOME},
     {SDLK_KP_8, VK_NUMPAD0 + 8, VK_UP},      {SDLK_KP_9, VK_NUMPAD0 + 9, VK_PRIOR},
     {SDLK_KP_PERIOD, VK_DECIMAL, VK_DELETE},
 };
+
+struct PlacedKey {
+    std::int32_t scancode;
+    int key;
+};
+// What stands there on the American layout; letters and digits follow by counting.
+constexpr PlacedKey PLACED_KEYS[] = {
+    {SDL_SCANCODE_0, '0'},
+    {SDL_SCANCODE_SEMICOLON, 0xba},
+    {SDL_SCANCODE_EQUALS, 0xbb},
+    {SDL_SCANCODE_COMMA, 0xbc},
+    {SDL_SCANCODE_MINUS, 0xbd},
+    {SDL_SCANCODE_PERIOD, 0xbe},
+    {SDL_SCANCODE_SLASH, 0xbf},
+    {SDL_SCANCODE_GRAVE, 0xc0},
+    {SDL_SCANCODE_LEFTBRACKET, 0xdb},
+    {SDL_SCANCODE_BACKSLASH, 0xdc},
+    {SDL_SCANCODE_NONUSHASH, 0xdc},
+    {SDL_SCANCODE_RIGHTBRACKET, 0xdd},
+    {SDL_SCANCODE_APOSTROPHE, 0xde},
+    {SDL_SCANCODE_NONUSBACKSLASH, VK_OEM_102},
+};
+
+/// For a key whose letter has no code.
+int KeyFromPlace(std::int32_t scancode)
+{
+    if (scancode >= SDL_SCANCODE_A && scancode <= SDL_SCANCODE_Z)
+        return scancode - SDL_SCANCODE_A + 'A';
+    if (scancode >= SDL_SCANCODE_1 && scancode <= SDL_SCANCODE_9)
+        return scancode - SDL_SCANCODE_1 + '1';
+    for (const PlacedKey& key : PLACED_KEYS) {
+        if (key.scancode == scancode)
+            return key.key;
+    }
+    return VK_UNKNOWN;
+}
 
 bool IsLetterOrDigit(int key)
 {
@@ -143,7 +198,7 @@ std::string KeyName(int key)
     return text;
 }
 
-int KeyFromSdl(std::int32_t keycode, bool numLock)
+int KeyFromSdl(std::int32_t keycode, std::int32_t scancode, bool numLock)
 {
     if (keycode >= SDLK_a && keycode <= SDLK_z)
         return keycode - SDLK_a + 'A';
@@ -151,6 +206,8 @@ int KeyFromSdl(std::int32_t keycode, bool numLock)
         return keycode;
     if (keycode >= SDLK_F1 && keycode <= SDLK_F12)
         return VK_F1 + (keycode - SDLK_F1);
+    if (keycode >= SDLK_F13 && keycode <= SDLK_F24)
+        return VK_F13 + (keycode - SDLK_F13);
     for (const KeypadKey& key : KEYPAD_KEYS) {
         if (key.keycode == keycode)
             return numLock ? key.withNumLock : key.without;
@@ -159,5 +216,5 @@ int KeyFromSdl(std::int32_t keycode, bool numLock)
         if (key.keycode == keycode)
             return key.key;
     }
-    return 0;
+    return KeyFromPlace(scancode);
 }

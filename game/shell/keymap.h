@@ -8,6 +8,6 @@
 int KeyFromName(const std::string& name);
 /// The name of a code; every code from 1 to 255 has one that KeyFromName understands.
 std::string KeyName(int key);
-/// The code of an SDL keycode, 0 when there is none. Without `numLock` the keypad's digits are the keys that
-/// are printed below them.
-int KeyFromSdl(std::int32_t keycode, bool numLock);
+/// The code of an SDL keycode, or else of what the American layout has at the scancode's place; 0xff when
+/// there is none. Without `numLock` the keypad's digits are the keys that are printed below them.
+int KeyFromSdl(std::int32_t keycode, std::int32_t scancode, bool numLock);

@@ -1,6 +1,8 @@
 #include "shell/presenter.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace
 {
@@ -8,13 +10,18 @@ namespace
 constexpr int GAIN_ONE = 256;
 constexpr float MAX_BRIGHTNESS = 2.0F;
 constexpr unsigned RED_SHIFT = 11;
-constexpr unsigned GREEN_SHIFT = 5;
+constexpr unsigned GREEN_SHIFT = 6; // of the upper five of green's six bits
 constexpr unsigned FIVE_BITS = 0x1f;
-constexpr unsigned SIX_BITS = 0x3f;
 
-unsigned Scaled(unsigned channel, int gain, unsigned limit)
+using Levels = std::array<std::uint16_t, FIVE_BITS + 1>;
+
+Levels ScaledLevels(int gain)
 {
-    return std::min(channel * static_cast<unsigned>(gain) / GAIN_ONE, limit);
+    Levels levels;
+    for (unsigned i = 0; i <= FIVE_BITS; ++i)
+        levels[i] =
+            static_cast<std::uint16_t>(std::min(i * static_cast<unsigned>(gain) / GAIN_ONE, FIVE_BITS));
+    return levels;
 }
 
 } // namespace
@@ -37,6 +44,12 @@ int CPresenter::Gain() const
     return static_cast<int>(m_fBrightness * (1.0F - fade) * GAIN_ONE);
 }
 
+bool CPresenter::TakeChanged()
+{
+    const int gain = Gain();
+    return std::exchange(m_nTakenGain, gain) != gain || !m_Overlays.empty();
+}
+
 const std::uint16_t* CPresenter::Compose(const std::uint16_t* display, int width, int height)
 {
     const int gain = Gain();
@@ -47,11 +60,14 @@ const std::uint16_t* CPresenter::Compose(const std::uint16_t* display, int width
         overlay->DrawOver({m_Picture.data(), width, height}, display);
     if (gain == GAIN_ONE)
         return m_Picture.data();
-    std::transform(m_Picture.begin(), m_Picture.end(), m_Picture.begin(), [gain](std::uint16_t pixel) {
-        const unsigned red = Scaled(pixel >> RED_SHIFT, gain, FIVE_BITS);
-        const unsigned green = Scaled((pixel >> GREEN_SHIFT) & SIX_BITS, gain, SIX_BITS);
-        const unsigned blue = Scaled(pixel & FIVE_BITS, gain, FIVE_BITS);
-        return static_cast<std::uint16_t>(red << RED_SHIFT | green << GREEN_SHIFT | blue);
+    // All channels have five bits here, so that a grey stays one.
+    const Levels levels = ScaledLevels(gain);
+    std::transform(m_Picture.begin(), m_Picture.end(), m_Picture.begin(), [&levels](std::uint16_t pixel) {
+        const unsigned red = levels[pixel >> RED_SHIFT];
+        const unsigned green = levels[(pixel >> GREEN_SHIFT) & FIVE_BITS];
+        const unsigned blue = levels[pixel & FIVE_BITS];
+        return static_cast<std::uint16_t>(red << RED_SHIFT | green << GREEN_SHIFT |
+                                          (green >> 4) << (GREEN_SHIFT - 1) | blue);
     });
     return m_Picture.data();
 }

@@ -26,8 +26,11 @@ class CPresenter
     /// `overlay`, which must last until it is cleared, is drawn from now on; those of lower owners first.
     void SetOverlay(int owner, IOverlay& overlay) { m_Overlays[owner] = &overlay; }
     void ClearOverlay(int owner) { m_Overlays.erase(owner); }
+    void ClearFades() { m_Fades.clear(); }
     /// 0 black, 1 as it is, up to 2.
     void SetBrightness(float brightness);
+    /// Whether the same display would look different than at the last call; overlays always may.
+    bool TakeChanged();
     /// The picture to show for the display's pixels: either these or a changed copy, valid until the next
     /// call.
     const std::uint16_t* Compose(const std::uint16_t* display, int width, int height);
@@ -38,5 +41,6 @@ class CPresenter
     std::map<int, float> m_Fades;
     std::map<int, IOverlay*> m_Overlays;
     float m_fBrightness = 1.0F;
+    int m_nTakenGain = -1;
     std::vector<std::uint16_t> m_Picture;
 };

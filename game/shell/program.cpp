@@ -111,12 +111,17 @@ bool CProgram::LoadScript()
         return true;
     std::ifstream file(m_Options.script, std::ios::binary);
     std::ostringstream text;
+    file.peek();
+    if (file.eof())
+        return Tell("the script " + m_Options.script + " is empty");
     if (!file || !(text << file.rdbuf()))
         return Tell("the script " + m_Options.script + " can't be read");
     std::vector<ScriptCommand> commands;
     std::string error;
     if (!ParseScript(m_Options.script, text.str(), commands, error))
         return Tell(error);
+    if (commands.empty())
+        return Tell("the script " + m_Options.script + " has no command");
     m_pScript = std::make_unique<CScriptRunner>(m_Options.script, commands, m_Input, m_Trace, *this);
     return true;
 }
@@ -237,15 +242,14 @@ void CProgram::RunFrame()
 
 IFramePump::Frame CProgram::PumpFrame()
 {
+    m_Presenter.ClearFades(); // a shade that runs is for the picture that the clip has replaced
     Frame frame;
     frame.ended = m_bQuit || !BeginFrame();
     frame.elapsed = m_nElapsed;
     InputMessage input;
     while (m_Input.Take(input)) {
-        const UINT message = input.message;
-        frame.interrupted = frame.interrupted || message == WM_KEYDOWN || message == WM_SYSKEYDOWN ||
-                            message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK ||
-                            message == WM_RBUTTONDOWN;
+        if (IsFreshPress(input))
+            frame.interrupted = true;
     }
     return frame;
 }
@@ -260,7 +264,9 @@ void CProgram::ShowDisplay()
     if (m_pWindow == nullptr)
         return;
     const std::uint16_t* picture = ComposeDisplay();
-    m_pWindow->Show(picture, {m_Render.DisplayWidth(), m_Render.DisplayHeight()});
+    const bool drawn = m_Render.TakeDisplayChanged();
+    const bool changed = m_Presenter.TakeChanged() || drawn;
+    m_pWindow->Show(picture, {m_Render.DisplayWidth(), m_Render.DisplayHeight()}, changed);
 }
 
 void CProgram::UpdateCursor()

@@ -30,6 +30,14 @@ void CRecorder::Note(const std::string& command)
     std::fflush(m_pFile);
 }
 
+void CRecorder::NextFrame()
+{
+    if (m_pFile == nullptr || ++m_nFrames < FLUSH_FRAMES)
+        return;
+    WriteFrames();
+    std::fflush(m_pFile);
+}
+
 void CRecorder::Close(bool quit)
 {
     if (m_pFile == nullptr)

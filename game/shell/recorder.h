@@ -17,11 +17,12 @@ class CRecorder
     /// A script command of the current frame.
     void Note(const std::string& command);
     /// The frame's input is over.
-    void NextFrame() { ++m_nFrames; }
+    void NextFrame();
     /// Notes the frames up to the end and, when the player ended the program, `quit`.
     void Close(bool quit);
 
   private:
+    static constexpr int FLUSH_FRAMES = 50; // what a crash may cost
     void WriteFrames();
     std::FILE* m_pFile = nullptr;
     int m_nFrames = 0; // since the last command

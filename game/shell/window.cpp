@@ -40,6 +40,17 @@ bool IsRealDisplay(std::string& error)
     return true;
 }
 
+/// The display's size, or as much of it as the screen has room for.
+SIZE FirstSize(SIZE display)
+{
+    SDL_Rect room;
+    if (SDL_GetDisplayUsableBounds(0, &room) != 0 || room.w <= 0 || room.h <= 0 ||
+        (display.cx <= room.w && display.cy <= room.h))
+        return display;
+    const RECT fit = FitView(display, {room.w, room.h}, ViewScale::Smooth);
+    return {fit.right - fit.left, fit.bottom - fit.top};
+}
+
 } // namespace
 
 std::unique_ptr<CWindow> CWindow::Open(SIZE display, bool fullscreen, ViewScale scale, std::string& error)
@@ -50,8 +61,9 @@ std::unique_ptr<CWindow> CWindow::Open(SIZE display, bool fullscreen, ViewScale 
     SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
     const Uint32 flags = SDL_WINDOW_RESIZABLE | (fullscreen ? FULLSCREEN : WINDOWED);
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) == 0 && IsRealDisplay(error)) {
-        window->m_pWindow = SDL_CreateWindow(TITLE, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
-                                             display.cx, display.cy, flags);
+        const SIZE size = FirstSize(display);
+        window->m_pWindow =
+            SDL_CreateWindow(TITLE, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.cx, size.cy, flags);
     }
     if (window->m_pWindow != nullptr)
         window->m_pRenderer = SDL_CreateRenderer(window->m_pWindow, -1, 0);
@@ -123,6 +135,10 @@ bool CWindow::OnEvent(const SDL_Event& event, CInput& input)
         if (event.window.event == SDL_WINDOWEVENT_FOCUS_LOST)
             input.ReleaseAll();
         break;
+    case SDL_RENDER_TARGETS_RESET:
+    case SDL_RENDER_DEVICE_RESET:
+        m_bTextureLost = true;
+        break;
     case SDL_MOUSEMOTION:
         input.MoveTo(ToDisplay(event.motion.x, event.motion.y));
         break;
@@ -155,13 +171,12 @@ void CWindow::OnButton(const SDL_Event& event, CInput& input)
     const SDL_MouseButtonEvent& button = event.button;
     if (button.button != SDL_BUTTON_LEFT && button.button != SDL_BUTTON_RIGHT)
         return;
-    const bool down = button.type == SDL_MOUSEBUTTONDOWN;
+    const int key = button.button == SDL_BUTTON_LEFT ? VK_LBUTTON : VK_RBUTTON;
     input.MoveTo(ToDisplay(button.x, button.y));
-    // The second, fourth, ... press of a row is the double click of the one before.
-    const bool second = down && button.clicks % 2 == 0;
-    input.Button(button.button == SDL_BUTTON_LEFT ? VK_LBUTTON : VK_RBUTTON, down, second);
+    input.PointerButton(key, button.type == SDL_MOUSEBUTTONDOWN, button.timestamp);
     // A drag that leaves the window still ends in it.
-    SDL_CaptureMouse(down ? SDL_TRUE : SDL_FALSE);
+    const bool held = input.IsDownNow(VK_LBUTTON) || input.IsDownNow(VK_RBUTTON);
+    SDL_CaptureMouse(held ? SDL_TRUE : SDL_FALSE);
 }
 
 bool CWindow::OnOwnKey(const SDL_Event& event)
@@ -193,24 +208,28 @@ void CWindow::OnKey(const SDL_Event& event, CInput& input)
     if (OnOwnKey(event))
         return;
     const bool numLock = (event.key.keysym.mod & KMOD_NUM) != 0;
-    input.Key(KeyFromSdl(event.key.keysym.sym, numLock), event.type == SDL_KEYDOWN);
+    input.Key(KeyFromSdl(event.key.keysym.sym, event.key.keysym.scancode, numLock),
+              event.type == SDL_KEYDOWN);
 }
 
-void CWindow::Show(const std::uint16_t* pixels, SIZE display)
+void CWindow::Show(const std::uint16_t* pixels, SIZE display, bool changed)
 {
     m_Display = display;
-    if (m_pTexture == nullptr || m_TextureSize != display || m_TextureScale != m_Scale) {
+    if (m_bTextureLost || m_pTexture == nullptr || m_TextureSize != display || m_TextureScale != m_Scale) {
         if (m_pTexture != nullptr)
             SDL_DestroyTexture(m_pTexture);
         SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, m_Scale == ViewScale::Smooth ? "linear" : "nearest");
         m_pTexture = SDL_CreateTexture(m_pRenderer, SDL_PIXELFORMAT_RGB565, SDL_TEXTUREACCESS_STREAMING,
                                        display.cx, display.cy);
+        m_bTextureLost = m_pTexture == nullptr;
         m_TextureSize = display;
         m_TextureScale = m_Scale;
+        changed = true;
     }
     const RECT view = View();
     const SDL_Rect target = {view.left, view.top, view.right - view.left, view.bottom - view.top};
-    SDL_UpdateTexture(m_pTexture, nullptr, pixels, display.cx * BYTES_A_PIXEL);
+    if (changed)
+        SDL_UpdateTexture(m_pTexture, nullptr, pixels, display.cx * BYTES_A_PIXEL);
     SDL_SetRenderDrawColor(m_pRenderer, 0, 0, 0, SDL_ALPHA_OPAQUE);
     SDL_RenderClear(m_pRenderer);
     SDL_RenderCopy(m_pRenderer, m_pTexture, nullptr, &target);

@@ -29,7 +29,9 @@ class CWindow
 
     /// Takes what has happened since the last call. False when the player closed the window.
     bool Pump(CInput& input);
-    void Show(const std::uint16_t* pixels, SIZE display);
+    /// The pixels are looked at only when they have `changed` since the last call or the window needs them
+    /// anew.
+    void Show(const std::uint16_t* pixels, SIZE display, bool changed);
     void SetCursorShown(bool shown);
 
   private:
@@ -49,6 +51,7 @@ class CWindow
     SDL_Cursor* m_pCursor = nullptr;
     SIZE m_Display;
     SIZE m_TextureSize;
+    bool m_bTextureLost = false;
     ViewScale m_Scale = ViewScale::Smooth;
     ViewScale m_TextureScale = ViewScale::Smooth;
     std::vector<int> m_OwnKeys; // keys that the window took, until they go up

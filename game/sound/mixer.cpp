@@ -11,7 +11,7 @@ constexpr int MILLISECONDS = 1000;
 
 } // namespace
 
-void CMixer::Start(std::shared_ptr<const SoundSamples> samples, Group group, bool loop)
+void CMixer::Start(std::shared_ptr<const SoundSamples> samples, Group group, bool loop, std::size_t position)
 {
     if (samples == nullptr || samples->size() < CHANNELS)
         return;
@@ -19,7 +19,8 @@ void CMixer::Start(std::shared_ptr<const SoundSamples> samples, Group group, boo
         const auto oldest = std::ranges::find(m_Voices, group, &Voice::group);
         m_Voices.erase(oldest == m_Voices.end() ? m_Voices.begin() : oldest);
     }
-    m_Voices.push_back({std::move(samples), group, loop, 0, 0, 0, false});
+    position = position < samples->size() ? position - position % CHANNELS : 0;
+    m_Voices.push_back({std::move(samples), group, loop, position, 0, 0, false});
 }
 
 void CMixer::Stop(Group group, int fade)
@@ -47,6 +48,15 @@ bool CMixer::IsPlaying(Group group) const
 {
     return std::ranges::any_of(m_Voices,
                                [group](const Voice& voice) { return voice.group == group && !voice.fading; });
+}
+
+std::size_t CMixer::Position(Group group) const
+{
+    for (auto voice = m_Voices.rbegin(); voice != m_Voices.rend(); ++voice) {
+        if (voice->group == group && !voice->fading)
+            return voice->position;
+    }
+    return 0;
 }
 
 bool CMixer::MixVoice(Voice& voice, std::vector<std::int32_t>& sum) const

@@ -18,14 +18,17 @@ class CMixer
     static constexpr std::size_t MAX_VOICES = 32;
     enum Group { GROUP_EFFECTS, GROUP_MUSIC, GROUP_COUNT };
 
-    /// When all voices are busy, the oldest of the group makes room.
-    void Start(std::shared_ptr<const SoundSamples> samples, Group group, bool loop);
+    /// When all voices are busy, the oldest of the group makes room. `position` in samples, 0 the beginning,
+    /// is what Position told.
+    void Start(std::shared_ptr<const SoundSamples> samples, Group group, bool loop, std::size_t position = 0);
     /// Fades the group's voices out within `fade` milliseconds, 0 for at once.
     void Stop(Group group, int fade);
     /// 0 silent, 1 as recorded; other values are held to that range.
     void SetLevel(Group group, float level);
     /// Whether a voice of the group sounds that isn't fading out.
     bool IsPlaying(Group group) const;
+    /// Where the group's latest voice that isn't fading out stands; 0 when there is none.
+    std::size_t Position(Group group) const;
     /// Writes `frames` frames; sums beyond 16 bits are clipped.
     void Mix(std::int16_t* out, std::size_t frames);
 

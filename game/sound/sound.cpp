@@ -61,15 +61,24 @@ void DebugLine(const std::string& text)
     OutputDebugStringA((text + "\r\n").c_str());
 }
 
-/// Converts to the mixer's form. Null when the system can't.
-std::shared_ptr<const SoundSamples> Convert(const SDL_AudioSpec& spec, const Uint8* data, Uint32 size)
+/// Converts to the mixer's form. Null, with SDL's error set, when that can't be done.
+std::shared_ptr<const SoundSamples> Convert(const SDL_AudioSpec& from, const Uint8* data, Uint32 size)
 {
+    if (from.freq < CSound::MIN_RATE || from.freq > CSound::MAX_RATE) {
+        SDL_SetError("a rate of %d frames a second", from.freq);
+        return nullptr;
+    }
     SDL_AudioCVT conversion;
-    if (SDL_BuildAudioCVT(&conversion, spec.format, spec.channels, spec.freq, AUDIO_S16SYS, CMixer::CHANNELS,
+    if (SDL_BuildAudioCVT(&conversion, from.format, from.channels, from.freq, AUDIO_S16SYS, CMixer::CHANNELS,
                           CMixer::RATE) < 0)
         return nullptr;
-    std::vector<Uint8> buffer(static_cast<std::size_t>(size) *
-                              static_cast<std::size_t>(std::max(conversion.len_mult, 1)));
+    const std::uint64_t needed =
+        std::uint64_t{size} * static_cast<std::uint64_t>(std::max(conversion.len_mult, 1));
+    if (needed > CSound::MAX_SOUND_BYTES) {
+        SDL_SetError("the sound is too long");
+        return nullptr;
+    }
+    std::vector<Uint8> buffer(needed);
     std::copy_n(data, size, buffer.begin());
     conversion.len = static_cast<int>(size);
     conversion.buf = buffer.data();
@@ -160,11 +169,11 @@ std::shared_ptr<const SoundSamples> CSound::Load(const std::string& file)
         std::fprintf(stderr, "seawarden: sound %s can't be read or is too large\n", path.c_str());
         return samples;
     }
-    SDL_AudioSpec spec;
+    SDL_AudioSpec format;
     Uint8* data = nullptr;
     Uint32 size = 0;
-    if (SDL_LoadWAV_RW(stream, 1, &spec, &data, &size) != nullptr) {
-        samples = Convert(spec, data, size);
+    if (SDL_LoadWAV_RW(stream, 1, &format, &data, &size) != nullptr) {
+        samples = Convert(format, data, size);
         SDL_FreeWAV(data);
     }
     if (samples == nullptr)
@@ -172,19 +181,19 @@ std::shared_ptr<const SoundSamples> CSound::Load(const std::string& file)
     return samples;
 }
 
-bool CSound::Start(const std::string& file, CMixer::Group group, bool loop)
+bool CSound::Start(const std::string& file, CMixer::Group group, bool loop, std::size_t position)
 {
     // Told with and without a device, so that both runs have the same debug output.
     const std::string found = FindGameFile(file);
     if (found.empty())
         DebugLine("Sounds: there is no file " + file);
     if (found.empty() || m_nDevice == 0)
-        return false;
+        return !found.empty();
     auto samples = Load(found);
     if (samples == nullptr)
         return false;
     const CDeviceLock lock(m_nDevice);
-    m_Mixer.Start(std::move(samples), group, loop);
+    m_Mixer.Start(std::move(samples), group, loop, position);
     return true;
 }
 
@@ -205,17 +214,20 @@ void CSound::Stop(int fade)
     m_Mixer.Stop(CMixer::GROUP_EFFECTS, fade);
 }
 
-void CSound::PlayMusic(const std::string& file, bool loop)
+bool CSound::PlayMusic(const std::string& file, bool loop, std::size_t position)
 {
     StopMusic(0);
-    m_bMusic = Start(file, CMixer::GROUP_MUSIC, loop);
+    m_bMusic = Start(file, CMixer::GROUP_MUSIC, loop, position);
+    return m_bMusic;
 }
 
-void CSound::StopMusic(int fade)
+std::size_t CSound::StopMusic(int fade)
 {
     m_bMusic = false;
     const CDeviceLock lock(m_nDevice);
+    const std::size_t position = m_Mixer.Position(CMixer::GROUP_MUSIC);
     m_Mixer.Stop(CMixer::GROUP_MUSIC, fade);
+    return position;
 }
 
 bool CSound::HasMusicEnded()

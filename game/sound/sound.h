@@ -16,6 +16,9 @@ class CSound : public ISound
 {
   public:
     static constexpr std::size_t MAX_FILE_BYTES = std::size_t{64} << 20;
+    static constexpr std::size_t MAX_SOUND_BYTES = std::size_t{256} << 20; ///< in the mixer's form
+    static constexpr int MIN_RATE = 4000;                                  ///< frames a second of a file
+    static constexpr int MAX_RATE = 192000;
 
     CSound() = default;
     ~CSound() override;
@@ -31,9 +34,11 @@ class CSound : public ISound
     void Play(const char* name, int channel, int flags) override;
     void Stop(int fade) override;
 
-    /// Replaces the music that plays.
-    void PlayMusic(const std::string& file, bool loop);
-    void StopMusic(int fade);
+    /// Replaces the music that plays. False when the file is missing or can't be played. `position` is what
+    /// StopMusic gave, 0 the beginning.
+    bool PlayMusic(const std::string& file, bool loop, std::size_t position = 0);
+    /// Where the music stood; 0 when there was none.
+    std::size_t StopMusic(int fade);
     /// Whether music that was started without `loop` has come to its end. Never without a device.
     bool HasMusicEnded();
 
@@ -43,8 +48,8 @@ class CSound : public ISound
   private:
     static void Callback(void* self, std::uint8_t* out, int bytes);
     std::shared_ptr<const SoundSamples> Load(const std::string& file);
-    /// False when nothing sounds: no device, no such file, or one that can't be read.
-    bool Start(const std::string& file, CMixer::Group group, bool loop);
+    /// False when there is no such file or it can't be played. Without a device the file is only looked for.
+    bool Start(const std::string& file, CMixer::Group group, bool loop, std::size_t position = 0);
 
     std::map<std::string, std::string> m_Names; // logical name in lower case, file
     std::map<std::string, std::shared_ptr<const SoundSamples>> m_Loaded;

@@ -7,7 +7,7 @@ class IFramePump
     virtual ~IFramePump() = default;
     struct Frame {
         int elapsed = 0;          ///< milliseconds
-        bool interrupted = false; ///< a key or a button went down
+        bool interrupted = false; ///< a key or a button was pressed anew
         bool ended = false;       ///< the program is to end: the caller returns at once
     };
     /// Waits for the next frame and takes the player's input away.

@@ -14,6 +14,8 @@ namespace
 {
 
 constexpr int INTERRUPTED_SOUND_FADE = 200; // milliseconds
+// What began the clip may not have gone up yet, so input of its first moment doesn't end it.
+constexpr int UNINTERRUPTED_TIME = 300; // milliseconds
 
 } // namespace
 
@@ -179,8 +181,11 @@ void CVideo::PlayVideo(int video, int background)
     Draw(*player);
     if (background != 0)
         return;
+    int played = 0;
     for (bool running = true; running;) {
-        const IFramePump::Frame frame = m_Pump.PumpFrame();
+        IFramePump::Frame frame = m_Pump.PumpFrame();
+        frame.interrupted = frame.interrupted && played >= UNINTERRUPTED_TIME;
+        played = std::min(played + frame.elapsed, UNINTERRUPTED_TIME);
         player->running = true;
         Advance(*player, frame.elapsed);
         running = player->running && !frame.interrupted && !frame.ended;

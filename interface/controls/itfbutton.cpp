@@ -92,7 +92,7 @@ void CItfButton::Draw()
     const bool keyed = !IsCheckBox() || (m_dwStyle & IWS_BK_KEYCOLOR) != 0;
     DrawSprite(m_nState == BUTTON_UP ? m_nSpriteUp : m_nSpriteDown, &m_rcClient, keyed);
 
-    // A single line has no height that the font could centre it in: its place is chosen here.
+    // The font centres in what this leaves: the caption stands a little below the middle, where capitals look right.
     RECT text = m_rcInner;
     text.top += (m_rcInner.bottom - m_rcInner.top - GetFontHeight(m_nFont)) / 2;
     const int font = !IsEnabled() ? m_nFontDisabled : m_bHot ? m_nFontHot : m_nFont;
@@ -139,7 +139,7 @@ Word CItfButton::OnMouseMove(std::uint32_t, std::int32_t lParam)
         m_bHot = true;
         Invalidate(nullptr);
     }
-    if (IsStill(self) && m_bPressed && !IsCheckBox()) {
+    if (IsStill(this, self) && m_bPressed && !IsCheckBox()) {
         const int state = PtInRect(&m_rcClient, MousePoint(lParam)) ? BUTTON_DOWN : BUTTON_UP;
         if (state != m_nState)
             SetState(state);
@@ -159,7 +159,7 @@ Word CItfButton::OnLButtonDown(std::uint32_t, std::int32_t)
         SetState(BUTTON_DOWN);
     else if (!IsManual())
         Toggle();
-    if (IsStill(self))
+    if (IsStill(this, self))
         Notify(checkBox ? NOTIFY_CLICKED : NOTIFY_PRESSED);
     return 0;
 }
@@ -175,7 +175,7 @@ Word CItfButton::OnLButtonUp(std::uint32_t, std::int32_t lParam)
         return 0;
     const int self = m_nId;
     SetState(inside && IsManual() ? BUTTON_DOWN : BUTTON_UP);
-    if (inside && IsStill(self)) {
+    if (inside && IsStill(this, self)) {
         PlaySound(CLICK_SOUND);
         Notify(NOTIFY_CLICKED);
     }

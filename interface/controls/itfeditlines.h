@@ -11,7 +11,7 @@
 struct EditPos {
     int line = 0;
     int col = 0;
-    friend auto operator<=>(const EditPos&, const EditPos&) = default;
+    friend auto operator<=>(const EditPos&, const EditPos&) = default; // NOLINT(modernize-use-nullptr)
 };
 
 /// A doubly linked list of lines. The line that is being edited lies in one string of its own, the others

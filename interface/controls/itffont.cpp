@@ -435,13 +435,14 @@ void CItfFont::DrawBox(int surface, const RECT* rect, const char* text, std::uin
 {
     if (rect == nullptr || text == nullptr || m_nHeight <= 0)
         return;
-    std::int64_t left = (flags & FONT_MULTILINE) != 0 ? Height(*rect) : m_nHeight;
+    const std::int64_t boxHeight = Height(*rect);
+    std::int64_t left = (flags & FONT_MULTILINE) != 0 ? boxHeight : m_nHeight;
     std::int64_t y = rect->top;
     if ((flags & FONT_CENTER_VERT) != 0) {
         // One line more than fits puts the block at the top already; the rest needn't be counted.
-        const std::int64_t limit = std::max<std::int64_t>(0, left / m_nHeight) + 1;
+        const std::int64_t limit = std::max<std::int64_t>(0, boxHeight / m_nHeight) + 1;
         const std::int64_t lines = CountLinesUpTo(Width(*rect), text, limit);
-        y += std::max<std::int64_t>(0, (left - m_nHeight * lines) / 2);
+        y += std::max<std::int64_t>(0, (boxHeight - m_nHeight * lines) / 2);
     }
     LineBreaker breaker(*this, Width(*rect), text, colour, marks);
     while (left >= m_nHeight && breaker.NextLine()) {

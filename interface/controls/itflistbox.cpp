@@ -68,7 +68,7 @@ void CItfListBox::Fill(std::size_t count, const std::function<const ItfListItem&
 {
     const int self = m_nId;
     ResetContent();
-    if (!IsStill(self) || count == 0)
+    if (!IsStill(this, self) || count == 0)
         return;
     m_Items.reserve(count);
     for (std::size_t i = 0; i < count; ++i)
@@ -278,12 +278,12 @@ Word CItfListBox::OnLButtonDown(std::uint32_t, std::int32_t lParam)
     const int line = LineAt(MousePoint(lParam));
     if (line >= 0 && line != m_nCurSel) {
         SetCurSel(line);
-        if (IsStill(self))
+        if (IsStill(this, self))
             Notify(LIST_SELECTED);
     }
-    if (line >= 0 && IsStill(self))
+    if (line >= 0 && IsStill(this, self))
         Notify(LIST_PRESSED);
-    if (IsStill(self))
+    if (IsStill(this, self))
         RepaintAfterInput();
     return 0;
 }
@@ -305,10 +305,10 @@ Word CItfListBox::OnMouseWheel(std::uint32_t wParam, std::int32_t)
     const int self = m_nId;
     if ((m_dwStyle & LBSTYLE_NOWHEEL) == 0) {
         SetTopIndex(m_nTopIndex + (static_cast<std::int32_t>(wParam) < 0 ? 1 : -1));
-        if (IsStill(self))
+        if (IsStill(this, self))
             Notify(LIST_SCROLLED);
     }
-    if (IsStill(self))
+    if (IsStill(this, self))
         RepaintAfterInput();
     return 0;
 }
@@ -338,7 +338,7 @@ Word CItfListBox::OnKeyDown(std::uint32_t wParam, std::int32_t)
     default:
         return 0;
     }
-    if (IsStill(self))
+    if (IsStill(this, self))
         Notify(LIST_SELECTED);
     return 0;
 }
@@ -350,9 +350,9 @@ Word CItfListBox::OnNotify(std::uint32_t wParam, std::int32_t lParam)
     const int self = m_nId;
     m_nTopIndex = m_pScrollBar->GetPos();
     Layout();
-    if (IsStill(self))
+    if (IsStill(this, self))
         Notify(LIST_SCROLLED);
-    if (IsStill(self))
+    if (IsStill(this, self))
         RepaintAfterInput();
     return 0;
 }

@@ -165,7 +165,7 @@ bool CItfReportBox::ForEachColumn(Act act)
     const int self = m_nId;
     for (std::size_t i = 0; i < m_Columns.size(); ++i) {
         act(*m_Columns[i].list, i);
-        if (!IsStill(self))
+        if (!IsStill(this, self))
             return false;
     }
     return true;
@@ -295,7 +295,7 @@ Word CItfReportBox::OnNotify(std::uint32_t wParam, std::int32_t lParam)
     switch (wParam) {
     case LIST_SELECTED:
         SetCurSel(list.GetCurSel());
-        if (IsStill(self))
+        if (IsStill(this, self))
             Notify(LIST_SELECTED);
         break;
     case LIST_SCROLLED: {
@@ -393,7 +393,7 @@ Word CItfReportBox::OnKeyDown(std::uint32_t wParam, std::int32_t)
     default:
         return 0;
     }
-    if (IsStill(self))
+    if (IsStill(this, self))
         SetCurSel(selection); // which holds it within the rows
     return 0;
 }

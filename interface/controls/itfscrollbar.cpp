@@ -166,7 +166,7 @@ void CItfScrollBar::ShowChange()
 {
     const int self = m_nId;
     Repaint(nullptr);
-    if (IsStill(self))
+    if (IsStill(this, self))
         Notify(SB_CHANGED);
 }
 

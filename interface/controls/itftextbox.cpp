@@ -19,7 +19,6 @@ constexpr std::uint32_t TEXT_COLOUR = 0xffffff;
 /// The bar stands beside the inner rectangle and yet takes this much from the text.
 constexpr int SCROLLBAR_WIDTH = 18;
 constexpr int SCROLLBAR_TEXT_MARGIN = 16;
-constexpr int CAPTION_GAP = 2;
 constexpr int FLOAT_DIGITS = 5;
 
 } // namespace
@@ -257,6 +256,6 @@ void CItfTextBox::ScrollTo(int line)
         return;
     const int self = m_nId;
     Redraw();
-    if (IsStill(self) && m_pScrollBar != nullptr)
+    if (IsStill(this, self) && m_pScrollBar != nullptr)
         m_pScrollBar->SetPos(m_nTopLine);
 }

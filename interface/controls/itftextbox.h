@@ -11,6 +11,9 @@
 
 class CItfScrollBar;
 
+/// Pixels between a caption and the box's left edge, or the inner rectangle's right one.
+constexpr int CAPTION_GAP = 2;
+
 enum ItfTextBoxStyle : std::uint32_t {
     TBSTYLE_CENTER_HOR = 0x10000,
     TBSTYLE_CENTER_VERT = 0x20000,

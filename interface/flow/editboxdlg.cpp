@@ -2,6 +2,7 @@
 
 #include "controls/itfeditbox.h"
 #include "controls/itftextbox.h"
+#include "flow/dialog_contract.h"
 #include "flow/flow.h"
 
 namespace
@@ -16,7 +17,7 @@ CEditBoxDlg::~CEditBoxDlg() = default;
 
 bool CEditBoxDlg::Create(const char* prompt, CItfWnd* parent, int id, std::uint32_t style, IEngine* core)
 {
-    if (!CreateFromResource("MsgBox", nullptr, &BOX_RECT, parent, id, style, core, "EditBoxDlg"))
+    if (!CreateFromResource("MsgBox", nullptr, &BOX_RECT, parent, id, style, core, SECTION_EDIT))
         return false;
     SetModal();
     if (auto* box = GetControlAs<CItfTextBox>(IDC_PROMPT))

@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "flow/text_numbers.h"
 #include "kernel/itfdialog.h"
 
 class CMainWnd;
@@ -43,15 +44,6 @@ enum MainMenuItem : int {
     MENU_QUIT = 10,
     MENU_SECRET = 100,
     MENU_CHARACTERS = 150,
-};
-
-/// Numbers in the logic's text table.
-enum FlowText : int {
-    TEXT_LEAVE_QUESTION = 16,
-    TEXT_MESSAGE_CAPTION = 83,
-    TEXT_VERSION = 116,
-    TEXT_OTHER_BUTTON = 128,
-    TEXT_LEAVE_CAPTION = 13150,
 };
 
 /// The owner of one dialog; empty while it isn't open.

@@ -4,6 +4,7 @@
 #include <strings.h>
 
 #include "controls/itfmenu.h"
+#include "flow/dialog_contract.h"
 #include "flow/flow.h"
 #include "iengine.h"
 #include "ilogic.h"
@@ -13,7 +14,6 @@
 namespace
 {
 
-constexpr char SECTION[] = "MainDlg";
 constexpr char HIDDEN_CODE[] = "qiru";
 constexpr std::size_t HIDDEN_CODE_LENGTH = sizeof HIDDEN_CODE - 1;
 
@@ -43,17 +43,12 @@ CMainDlg::~CMainDlg() = default;
 bool CMainDlg::Create(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent, int ctrlId,
                       std::uint32_t style, IEngine* core)
 {
-    if (!CreateFromResource(caption, sprite, rect, parent, ctrlId, style, core, SECTION))
+    if (!CreateFromResource(caption, sprite, rect, parent, ctrlId, style, core, SECTION_MAIN))
         return false;
     if (!AddVersionText())
         return false;
+    CheckRequiredControls(*this, SECTION_MAIN);
     m_pMenu = GetControlAs<CItfMenu>(IDC_MENU);
-    if (m_pMenu == nullptr) {
-        const std::string line = std::string(DIALOG_RESOURCE) + ": [" + SECTION + "] has no menu " +
-                                 std::to_string(IDC_MENU) + "\r\n";
-        OutputDebugStringA(line.c_str());
-        throw static_cast<int>(RESERR_SYNTAX);
-    }
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "controls/itfbutton.h"
 #include "controls/itftextbox.h"
+#include "flow/dialog_contract.h"
 #include "flow/flow.h"
 
 namespace
@@ -23,7 +24,7 @@ CValueBox::~CValueBox() = default;
 bool CValueBox::Create(const char* first, const char* second, CItfWnd* parent, int id, std::uint32_t style,
                        IEngine* core)
 {
-    const char* section = (style & STYLE_YES_NO) != 0 ? "MessageBoxYesNoDlg" : "MessageBoxDlg";
+    const char* section = (style & STYLE_YES_NO) != 0 ? SECTION_QUESTION : SECTION_MESSAGE;
     if (!CreateFromResource("ValueBox", nullptr, &BOX_RECT, parent, id, style, core, section))
         return false;
     m_nOldModal = GetModalId();

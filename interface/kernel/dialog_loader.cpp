@@ -20,20 +20,14 @@ namespace
 {
 
 // Sizes of the string fields, with their terminating zero.
-constexpr std::size_t TEXT_FIELD = 260;
+constexpr std::size_t TEXT_FIELD = MAX_RESOURCE_TEXT + 1;
 constexpr std::size_t NAME_FIELD = MAX_LOGICAL_NAME + 1;
 
-// A flag box reads no other style name, and has so many floats behind its rectangle.
-constexpr char FLAG_ON_THE_RIGHT[] = "FB_RIGHT";
+// The floats behind the rectangle of a flag box.
 constexpr std::size_t FLAG_FLOATS = 6;
 
-struct StyleName {
-    const char* name;
-    std::uint32_t value;
-};
-
 // The same bit means different things in different classes; a class reads only its own names.
-constexpr StyleName STYLE_NAMES[] = {
+constexpr ControlStyleName STYLE_NAMES[] = {
     {"ITFBTSTYLE_MANUAL", 0x100000},      {"TBSTYLE_CENTERED", 0x30000},    {"TBSTYLE_CENTER_VERT", 0x20000},
     {"TBSTYLE_CENTER_HOR", 0x10000},      {"TBSTYLE_NOVSCROLL", 0x40000},   {"TBSTYLE_HASCAPTION", 0x80000},
     {"TBSTYLE_CAPTIONRIGHT", 0x100000},   {"TBSTYLE_ALIGNRIGHT", 0x200000}, {"LBSTYLE_NOSELECT", 0x10000000},
@@ -61,10 +55,15 @@ bool HasName(const std::vector<NameRow>& map, const std::string& name)
 
 } // namespace
 
+std::span<const ControlStyleName> ControlStyleNames()
+{
+    return STYLE_NAMES;
+}
+
 std::uint32_t ParseControlStyle(const std::string& text)
 {
     std::uint32_t style = 0;
-    for (const StyleName& name : STYLE_NAMES) {
+    for (const ControlStyleName& name : STYLE_NAMES) {
         if (text.find(name.name) != std::string::npos)
             style |= name.value;
     }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "keelworks/text_parser.h"
@@ -10,7 +11,17 @@
 
 /// Coordinates, sizes and other numbers of a rectangle in a resource lie within this, on both sides of 0.
 constexpr int MAX_RESOURCE_COORDINATE = 16383;
+/// Characters of a text.
+constexpr std::size_t MAX_RESOURCE_TEXT = 259;
 
+struct ControlStyleName {
+    const char* name;
+    std::uint32_t value;
+};
+/// Every style name of the resource but those of flag boxes and menu items.
+std::span<const ControlStyleName> ControlStyleNames();
+/// The only style name of a flag box.
+inline constexpr char FLAG_ON_THE_RIGHT[] = "FB_RIGHT";
 /// The or of the values of all style names that occur in the text, anywhere in it.
 std::uint32_t ParseControlStyle(const std::string& text);
 

@@ -1,5 +1,7 @@
 #include "kernel/itfdialog.h"
 
+#include <algorithm>
+
 #include "controls/itfmenu.h"
 #include "controls/itfreportbox.h"
 #include "keelworks/ds_file.h"
@@ -48,6 +50,13 @@ CItfWnd* CItfDialog::GetControl(int id) const
             return control.wnd.get();
     }
     return nullptr;
+}
+
+bool CItfDialog::HasControl(int kind, int id) const
+{
+    return std::any_of(m_Controls.begin(), m_Controls.end(), [kind, id](const Control& control) {
+        return control.kind == kind && control.id == id;
+    });
 }
 
 CItfReportBox* CItfDialog::FindTable(int id) const

@@ -61,6 +61,9 @@ class CItfDialog : public CItfWnd
     {
         return dynamic_cast<T*>(GetControl(id));
     }
+    /// Whether the section gives a control of that kind and id. kind: ItfControlKind, a check box being a
+    /// button.
+    bool HasControl(int kind, int id) const;
     CItfReportBox* FindTable(int id) const;
     CItfMenu* FindMenu(int id) const;
 

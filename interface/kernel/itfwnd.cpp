@@ -274,7 +274,7 @@ void CItfWnd::SetPos(const POINT* pos, bool redraw)
     const POINT to = *pos;
     const int self = m_nId;
     OnMove(to.x, to.y, redraw);
-    if (IsStill(self))
+    if (IsStill(this, self))
         m_ptPos = to;
 }
 
@@ -283,7 +283,7 @@ void CItfWnd::SetSize(const SIZE* size, bool redraw)
     const SIZE to = *size;
     const int self = m_nId;
     OnSize(to.cx, to.cy, redraw);
-    if (!IsStill(self))
+    if (!IsStill(this, self))
         return;
     m_rcClient.right = to.cx;
     m_rcClient.bottom = to.cy;
@@ -307,9 +307,9 @@ bool CItfWnd::IsAncestorOf(int id) const
     return wnd != nullptr && wnd->IsDescendantOf(m_nId);
 }
 
-bool CItfWnd::IsStill(int id) const
+bool CItfWnd::IsStill(const CItfWnd* wnd, int id)
 {
-    return id == -1 || FindWindow(id) == this;
+    return id == -1 || FindWindow(id) == wnd;
 }
 
 CItfWnd* CItfWnd::FindWindow(int id)
@@ -512,7 +512,7 @@ void CItfWnd::Repaint(const RECT* rect)
         GetScreenRect(&screen);
         RedrawBehind(&screen);
     }
-    if (IsStill(self))
+    if (IsStill(this, self))
         Invalidate(rect);
 }
 

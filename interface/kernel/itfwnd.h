@@ -269,10 +269,10 @@ class CItfWnd
 
     /// The point of a mouse message, in this window's coordinates.
     POINT MousePoint(std::int32_t lParam) const;
-    /// For after a call that may have deleted this window: whether the window of that id, which this object
-    /// had before, is still this one. Nothing of the object may be touched otherwise. True for -1, a window
-    /// that was in no table.
-    bool IsStill(int id) const;
+    /// For after a call that may have deleted `wnd`, which had this id before: whether it is there still.
+    /// Nothing of the object may be touched otherwise, so this touches nothing either. True for -1, a window
+    /// in no table.
+    static bool IsStill(const CItfWnd* wnd, int id);
     /// Surface of a sprite to draw on, the screen surface for a negative index.
     int TargetSurface(int sprite) const;
 

@@ -5,13 +5,14 @@
 #include "controls/itfeditbox.h"
 #include "controls/itfreportbox.h"
 #include "controls/itftextbox.h"
+#include "flow/dialog_contract.h"
+#include "flow/text_numbers.h"
 #include "flow/valuebox.h"
 #include "platform/files.h"
 
 namespace
 {
 
-constexpr char SECTION[] = "FileDlg";
 /// In the list of filters: all files.
 constexpr char NO_FILTER[] = "\x0d";
 constexpr int ERROR_BOX_ID = 100;
@@ -27,9 +28,9 @@ constexpr std::size_t MORE_ROOM = 1000;
 
 CShellFolder::Names PlaceNames()
 {
-    const auto text = [](CFileDlg::Text number) { return std::string(CItfWnd::GetResString(number)); };
-    return {text(CFileDlg::TEXT_DESKTOP), text(CFileDlg::TEXT_COMPUTER), text(CFileDlg::TEXT_HOME),
-            text(CFileDlg::TEXT_PLAYER_FOLDER), text(CFileDlg::TEXT_GAME_FOLDER)};
+    const auto text = [](TextNumber number) { return std::string(CItfWnd::GetResString(number)); };
+    return {text(TEXT_DESKTOP), text(TEXT_COMPUTER), text(TEXT_HOME), text(TEXT_PLAYER_FOLDER),
+            text(TEXT_GAME_FOLDER)};
 }
 
 } // namespace
@@ -44,7 +45,7 @@ CFileDlg::~CFileDlg()
 bool CFileDlg::Create(const char* title, const char* sprite, const RECT* rect, CItfWnd* parent, int id,
                       std::uint32_t style, IEngine* core, const char* startFolder)
 {
-    if (!CreateFromResource(nullptr, sprite, rect, parent, id, style, core, SECTION))
+    if (!CreateFromResource(nullptr, sprite, rect, parent, id, style, core, SECTION_FILE))
         return false;
     m_pList = GetControlAs<CItfReportBox>(IDC_LIST);
     m_pFolderEdit = GetControlAs<CItfEditBox>(IDC_FOLDER);
@@ -179,11 +180,11 @@ void CFileDlg::Accept()
         m_strResult = path + '\\' + (m_pFileEdit != nullptr ? m_pFileEdit->GetText() : "");
         Notify(RESULT_ACCEPTED);
     } catch (...) {
-        if (!IsStill(self))
+        if (!IsStill(this, self))
             throw; // nobody is left to show it
-        CValueBox* box = MessageBox(GetResString(TEXT_NOT_TAKEN), GetResString(TEXT_ERROR_CAPTION), this,
+        CValueBox* box = MessageBox(GetResString(TEXT_FILE_NOT_TAKEN), GetResString(TEXT_ERROR_CAPTION), this,
                                     ERROR_BOX_ID, CValueBox::STYLE_OTHER_BUTTON);
-        if (IsStill(self))
+        if (IsStill(this, self))
             m_nErrorBox = box != nullptr ? box->GetId() : -1;
     }
 }

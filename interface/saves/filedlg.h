@@ -17,7 +17,7 @@ class CValueBox;
 ///
 /// When the parent's handler throws on RESULT_ACCEPTED without having deleted the dialog, a box says so.
 ///
-/// Section "FileDlg", all controls optional. Texts: those of Text.
+/// Section "FileDlg", all controls optional.
 class CFileDlg : public CItfDialog
 {
   public:
@@ -33,15 +33,6 @@ class CFileDlg : public CItfDialog
     enum Result : int {
         RESULT_ACCEPTED = 300,
         RESULT_CLOSED = 310,
-    };
-    enum Text : int {
-        TEXT_ERROR_CAPTION = 12201,
-        TEXT_NOT_TAKEN = 12203,
-        TEXT_DESKTOP = 12210,
-        TEXT_COMPUTER = 12211,
-        TEXT_HOME = 12212,
-        TEXT_PLAYER_FOLDER = 12213,
-        TEXT_GAME_FOLDER = 12214,
     };
 
     CFileDlg();

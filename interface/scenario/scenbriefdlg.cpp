@@ -6,6 +6,7 @@
 #include "controls/itfflagbox.h"
 #include "controls/itfreportbox.h"
 #include "controls/itftextbox.h"
+#include "flow/dialog_contract.h"
 #include "flow/flow.h"
 #include "flow/valuebox.h"
 #include "platform/system.h"
@@ -14,18 +15,11 @@
 namespace
 {
 
-constexpr char SECTION[] = "ScenBriefDlg";
 constexpr char WHITE_FLAG[] = "white_flg.tf";
 constexpr int FLAG_FILE_BUFFER = 260;
 constexpr int DIFFICULTIES = 3;
 /// Which items the lists ask the parser for.
 constexpr int LISTED_ITEMS = SCENARIO_SHIP;
-
-enum BriefText : int {
-    TEXT_DIFFICULTY = 25, ///< the easiest; the two others follow
-    TEXT_BROKEN = 70,
-    TEXT_ERROR_CAPTION = 12201,
-};
 
 } // namespace
 
@@ -34,7 +28,7 @@ CScenBriefDlg::~CScenBriefDlg() = default;
 bool CScenBriefDlg::Create(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent,
                            int ctrlId, std::uint32_t style, IEngine* core, const char* path)
 {
-    if (!CreateFromResource(caption, sprite, rect, parent, ctrlId, style, core, SECTION))
+    if (!CreateFromResource(caption, sprite, rect, parent, ctrlId, style, core, SECTION_SCENARIO_BRIEF))
         return false;
     m_strPath = path;
     try {
@@ -47,7 +41,7 @@ bool CScenBriefDlg::Create(const char* caption, const char* sprite, const RECT* 
     } catch (...) {
         OutputDebugStringA("Briefing: the scenario can't be shown\r\n");
     }
-    MessageBox(GetResString(TEXT_BROKEN), GetResString(TEXT_ERROR_CAPTION), nullptr, BOX_BROKEN,
+    MessageBox(GetResString(TEXT_BROKEN_SCENARIO), GetResString(TEXT_ERROR_CAPTION), nullptr, BOX_BROKEN,
                CValueBox::STYLE_OTHER_BUTTON);
     Destroy();
     return false;

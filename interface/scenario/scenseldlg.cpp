@@ -7,6 +7,7 @@
 
 #include "controls/itfreportbox.h"
 #include "controls/itftextbox.h"
+#include "flow/dialog_contract.h"
 #include "flow/flow.h"
 #include "flow/valuebox.h"
 #include "iengine.h"
@@ -18,7 +19,6 @@
 namespace
 {
 
-constexpr char SECTION[] = "ScenSelDlg";
 constexpr char PATTERN[] = "scenarios\\*.sc";
 constexpr char IMPORT_FOLDER[] = ".\\SCENARIOS";
 constexpr char IMPORT_EXTENSION[] = "exp";
@@ -27,14 +27,6 @@ constexpr int LAST_CONTROL_CHARACTER = 0x20;
 constexpr int PATH_BUFFER = 260;
 /// A longer name, with its folder, has no room in the command to the logic.
 constexpr std::size_t MAX_FILE_NAME = sizeof(ItfCommand::szPath) - sizeof SCENARIO_FOLDER;
-
-enum ScenarioText : int {
-    TEXT_WATERS_OTHER = 11,
-    TEXT_WATERS_SEA = 12,
-    TEXT_ERROR_CAPTION = 12201,
-    TEXT_IMPORT_FAILED = 12204,
-    TEXT_IMPORT_TITLE = 12302,
-};
 
 std::string PositiveOrUnknown(int value)
 {
@@ -77,7 +69,7 @@ CScenSelDlg::~CScenSelDlg() = default;
 bool CScenSelDlg::Create(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent,
                          int ctrlId, std::uint32_t style, IEngine* core)
 {
-    if (!CreateFromResource(caption, sprite, rect, parent, ctrlId, style, core, SECTION))
+    if (!CreateFromResource(caption, sprite, rect, parent, ctrlId, style, core, SECTION_SCENARIOS))
         return false;
     if (CItfReportBox* list = List()) {
         FillList();

@@ -40,6 +40,11 @@ check "unknown option" 2 "--nonsense" "$program" --nonsense
 check "bad size" 2 "--size" "$program" --size 0x7
 check "no data folder" 1 "nowhere" "${game[@]}" --data "$work/nowhere" --headless --script "$work/short.script"
 check "no script" 1 "missing.script" "${game[@]}" --headless --script "$work/missing.script"
+check "no home" 1 "--user" env -u HOME -u XDG_DATA_HOME "$program" --headless --script "$work/short.script"
+: >"$work/empty.script"
+check "empty script" 1 "empty.script is empty" "${game[@]}" --headless --script "$work/empty.script"
+printf '\xef\xbb\xbf# nothing\n' >"$work/nothing.script"
+check "script without commands" 1 "no command" "${game[@]}" --headless --script "$work/nothing.script"
 check "no display" 1 "--headless" env -u DISPLAY -u WAYLAND_DISPLAY SDL_VIDEODRIVER= "${game[@]}"
 printf 'frames 2\n\nfly 3\n' >"$work/wrong.script"
 check "wrong command" 1 "wrong.script(3)" "${game[@]}" --headless --script "$work/wrong.script"
@@ -55,5 +60,40 @@ broken "broken picture" resource/images/itf/mainmenu.png 'no picture' 0 'mainmen
 broken "broken sound" resource/sound/shade.wav 'RIFF' 0 ''
 broken "broken font" $resource/menu.fnt 'texture' 0 'menu.fnt'
 broken "broken texts" $resource/texts.ini '16, "a"\nx, "b"\n' 0 'texts.ini(2)'
+broken "broken escape" $resource/texts.ini '16, "a"\n17, "x\\z"\n18, "c"\n' 0 'texts.ini(2)'
 broken "broken profile" profile.ini '\0\0\0[[[' 0 ''
+# A file that can't be played at its rate is told where a device asks for it. A window and a device that nobody sees
+# and hears do.
+wav='RIFF\x2c\0\0\0WAVEfmt \x10\0\0\0\x01\0\x01\0\x01\0\0\0\x01\0\0\0\x01\0\x08\0data\x08\0\0\0abcdefgh'
+broken "hostile sound, unheard" resource/sound/shade.wav "$wav" 0 ''
+check "hostile sound" 0 'shade.wav: a rate of 1 frames' env SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy "${game[@]}" \
+    --script "$work/short.script"
+
+# A player's folder that nothing can be written to, also for somebody whom rights don't hold back.
+rm -rf "$work/user"
+mkdir -m 555 "$work/user"
+weak=()
+[ "$(id -u)" -ne 0 ] || weak=(setpriv --bounding-set=-all)
+if [ "$(id -u)" -ne 0 ] || "${weak[@]}" true 2>/dev/null; then
+    check "unwritable folder" 0 "can't be read and written" "${weak[@]}" "${game[@]}" --headless \
+        --script "$work/short.script"
+fi
+chmod 755 "$work/user"
+
+# without NAME FILE STATUS TEXT SCRIPT: a run of the script with a copy of the game's data that lacks a file.
+data=$root/data
+without() {
+    local name=$1 file=$2 status=$3 text=$4 script=$5
+    rm -rf "$work/user" "$work/data"
+    cp -r "$data" "$work/data"
+    rm -r "${work:?}/data/resource/$file"
+    printf '%b' "until send 0x3aa2\n$script" >"$work/without.script"
+    check "$name" "$status" "$text" "${game[@]}" --data "$work/data" --headless --script "$work/without.script"
+}
+yes='item MainDlg 10 10\nframes 5\ncontrol MessageBoxYesNoDlg 10\nframes 5\n'
+leave="${yes}key space\nuntil quit\n"
+without "no closing pictures" images/pic 0 '' "${yes}until quit\n"
+without "no clip" video/seawardenintro.ani 0 'there is no clip' "item MainDlg 10 8\nframes 20\n$leave"
+without "no picture of the clip" images/intro/card.png 0 'card.png' "item MainDlg 10 8\nframes 40\nkey a\nframes 5\n$leave"
+without "no sprite" images/itf/btup.png 1 'btup.png' "$leave"
 exit $failed

@@ -14,6 +14,9 @@
 #include "engine/message_text.h"
 #include "engine/trace.h"
 #include "engine/world.h"
+#include "entities/battle_logic.h"
+#include "entities/camera.h"
+#include "entities/marker.h"
 #include "entities/shader.h"
 #include "itfrecords.h"
 #include "shell/presenter.h"
@@ -287,29 +290,59 @@ TEST_F(EngineTest, TheTraceTellsEventsCommandsAndValuesButNoAddress)
     EXPECT_EQ(lines[3], "send 0x99 to=interface l=-1 l=ptr s=\"ab\"");
 }
 
-TEST_F(EngineTest, TheShaderDarkensForAQuarterOfASecondThenTellsAndGoes)
+TEST_F(EngineTest, TheShaderDarkensForAQuarterOfASecondUntilTheNewPictureIsShown)
 {
+    constexpr std::uint16_t OLD_PICTURE = 0xffff;
+    constexpr std::uint16_t NEW_PICTURE = 0xf81f;
     CPresenter presenter;
     factory.Register("shader", [&](CScene&) { return std::make_unique<CShaderEntity>(presenter); });
+    // As the front end does: it presents in its own frame, and goes on drawing when it is told.
     CProbe* probe = nullptr;
     const int id = Add("interface", probe);
+    std::uint16_t drawn = OLD_PICTURE;
+    std::uint16_t display = OLD_PICTURE;
     int told = 0;
-    probe->onMessage = [&](const MessageRecord* record) { return told = record->message; };
+    probe->onMessage = [&](const MessageRecord* record) {
+        drawn = NEW_PICTURE;
+        return told = record->message;
+    };
+    probe->onFrame = [&] { display = drawn; };
     const int shader = world.Root().CreateEntity("shader", 3, 0);
     world.Root().SendMessage(MSG_SHADE_START, shader, 0, "llllll", -1, 0, 1000, id, MSG_ITF_SHADE_DONE, -1);
-    const std::uint16_t white = 0xffff;
-    std::uint16_t last = white;
-    for (int time = 20; time < 250; time += 20) {
-        world.RunFrame(20);
+    int last = 32;
+    for (int time = 20; time <= 260; time += 20) {
         EXPECT_EQ(told, 0) << time;
-        const std::uint16_t now = *presenter.Compose(&white, 1, 1);
-        EXPECT_LT(now, last) << time;
-        last = now;
+        world.RunFrame(20);
+        const int red = *presenter.Compose(&display, 1, 1) >> 11;
+        EXPECT_LT(red, last) << time;
+        last = red;
     }
-    world.RunFrame(20);
     EXPECT_EQ(told, MSG_ITF_SHADE_DONE);
+    world.RunFrame(20);
     EXPECT_EQ(world.GetEntity(shader), nullptr);
-    EXPECT_EQ(*presenter.Compose(&white, 1, 1), white);
+    EXPECT_EQ(*presenter.Compose(&display, 1, 1), NEW_PICTURE);
+}
+
+TEST_F(EngineTest, TheScenesEntitiesHearWhatTheFrontEndTells)
+{
+    CScene& root = world.Root();
+    auto* camera = new CCameraEntity;
+    const int cameraId = world.AddEntity(root, "camera", "camera", std::unique_ptr<Entity>(camera));
+    for (const bool on : {true, false}) {
+        root.SendMessage(on ? MSG_CAMERA_UI_ON : MSG_CAMERA_UI_OFF, cameraId, 0, nullptr);
+        EXPECT_EQ(camera->IsHeld(), on);
+    }
+    auto* logic = new CBattleLogicEntity;
+    const int logicId = world.AddEntity(root, "logic", "logic", std::unique_ptr<Entity>(logic));
+    EXPECT_FALSE(logic->IsStopped());
+    root.SendMessage(MSG_LOGIC_STOP, logicId, -1, nullptr);
+    EXPECT_TRUE(logic->IsStopped());
+    CMarkerEntity marker;
+    IMarkerEntity& asked = marker;
+    for (const int on : {1, 0}) {
+        asked.SetInterfaceMode(on);
+        EXPECT_EQ(marker.IsInterfaceMode(), on != 0);
+    }
 }
 
 TEST(TraceTest, FindsLinesFromAPlaceOnAndKeepsCountWhenOldOnesGo)

@@ -58,6 +58,9 @@ TEST_F(LogicTest, AWrongTextIsToldWithItsLineAndTheOthersStay)
                     host.debug[0].starts_with("texts.ini(4): "))
             << row << ": " << host.debug[0];
         EXPECT_TRUE(host.debug[0].ends_with("\r\n"));
+        if (std::string(row).find('\\') != std::string::npos) {
+            EXPECT_TRUE(host.debug[0].starts_with("texts.ini(3): ")) << "the text's own line";
+        }
     }
     CTextTable none;
     EXPECT_FALSE(none.Load("missing.ini"));
@@ -115,7 +118,34 @@ TEST_F(LogicTest, ABrokenProfileIsSetAsideAndTheStoreStartsEmpty)
         const std::int32_t number = 1;
         EXPECT_TRUE(store.SelectSection("A", 1) && store.Write("x", "l", &number)) << "and can be used";
         std::filesystem::remove(roots.folder / "user/profile.ini");
+        std::filesystem::remove(roots.folder / "user/profile.ini.bad");
     }
+}
+
+TEST_F(LogicTest, ASecondBrokenProfileLeavesTheFirstOneSetAside)
+{
+    for (const char* text : {"one\n", "two\n", "three\n"}) {
+        roots.Put("user/profile.ini", text);
+        const CProfileStore store("profile.ini");
+    }
+    EXPECT_EQ(roots.Get("user/profile.ini.bad"), "one\n");
+    EXPECT_EQ(roots.Get("user/profile.ini.bad2"), "two\n");
+    EXPECT_EQ(roots.Get("user/profile.ini.bad3"), "three\n");
+    EXPECT_NE(host.debug.at(2).find("profile.ini.bad3"), std::string::npos);
+}
+
+TEST_F(LogicTest, AProfileThatCannotBeReadIsLeftAlone)
+{
+    const std::string large = "[A]\n" + std::string(2U << 20, ';');
+    roots.Put("user/profile.ini", large);
+    CProfileStore store("profile.ini");
+    ASSERT_EQ(host.debug.size(), 1U);
+    EXPECT_TRUE(host.debug[0].starts_with("profile.ini can't be read")) << host.debug[0];
+    const std::int32_t number = 1;
+    EXPECT_TRUE(store.SelectSection("A", 1));
+    EXPECT_FALSE(store.Write("x", "l", &number)) << "nothing is kept";
+    EXPECT_EQ(roots.Get("user/profile.ini"), large);
+    EXPECT_EQ(roots.Get("user/profile.ini.bad"), "(none)");
 }
 
 TEST_F(LogicTest, AProfileThatCannotBeWrittenLeavesTheOldFileWhole)
@@ -188,6 +218,36 @@ TEST_F(LogicTest, ThePlayListGoesOnWithWhatWasStopped)
     list.Play(-1);
     EXPECT_EQ(list.GetCurrent(), -1);
     EXPECT_TRUE(host.debug.empty());
+}
+
+TEST_F(LogicTest, ThePlayListPassesOverTracksThatCannotBePlayed)
+{
+    roots.Put("game/playlist.ini",
+              "PlayList { \"no.wav\", \"b.wav\", \"none.wav\" }\nPlayList { \"no.wav\" }\n");
+    roots.Put("game/b.wav");
+    CSound sound;
+    CPlayList list(sound);
+    list.Load("playlist.ini");
+    list.Select(0, 1);
+    list.Play(0);
+    EXPECT_EQ(list.GetCurrent(), 1);
+    list.Skip();
+    EXPECT_EQ(list.GetCurrent(), 1) << "once round";
+    EXPECT_EQ(host.debug.size(), 3U) << "each is told";
+    list.Select(1, 1);
+    list.Play(0);
+    EXPECT_EQ(list.GetCurrent(), -1);
+    roots.Put("game/no.wav");
+    list.Play(-1);
+    EXPECT_EQ(list.GetCurrent(), 0) << "when it can be played again";
+
+    std::string many = "PlayList {\n";
+    for (std::size_t i = 0; i <= CPlayList::MAX_TRACKS; ++i)
+        many += "\"b.wav\",\n";
+    roots.Put("game/playlist.ini", many + "}");
+    host.debug.clear();
+    list.Load("playlist.ini");
+    EXPECT_EQ(host.debug, std::vector<std::string>{"playlist.ini(258): more than 256 tracks\r\n"});
 }
 
 TEST_F(LogicTest, OptionsAreHeldToTheirRangesAndKept)

@@ -1,6 +1,8 @@
 // Clips, their player, and the mixer.
 #include <gtest/gtest.h>
 
+#include <SDL.h>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,6 +10,7 @@
 #include "platform/temp_roots.h"
 #include "render/picture.h"
 #include "sound/mixer.h"
+#include "sound/sound.h"
 #include "support/fakes.h"
 #include "video/blend.h"
 #include "video/clip.h"
@@ -136,13 +139,22 @@ TEST_F(VideoTest, AKeyOrTheProgramsEndStopsIt)
 {
     for (const bool interrupt : {true, false}) {
         pump = Pump();
-        (interrupt ? pump.interruptAt : pump.endAt) = 2;
+        (interrupt ? pump.interruptAt : pump.endAt) = 17;
         const int clip = video.OpenVideo("video\\x.ani", VIDEO_FULLSCREEN | VIDEO_LOOP);
         video.SetVideoTarget(clip, DISPLAY_NOW, &whole);
         video.PlayVideo(clip, 0);
-        EXPECT_EQ(pump.frames, 2);
+        EXPECT_EQ(pump.frames, 17);
         video.CloseVideo(clip);
     }
+}
+
+TEST_F(VideoTest, WhatBeganTheClipDoesNotEndIt)
+{
+    pump.interruptAt = 15; // 300 ms
+    const int clip = video.OpenVideo("video\\x.ani", VIDEO_FULLSCREEN | VIDEO_LOOP);
+    pump.endAt = 40;
+    video.PlayVideo(clip, 0);
+    EXPECT_EQ(pump.frames, 40);
 }
 
 // In a dialog it goes on only as long as its box asks after it.
@@ -227,6 +239,63 @@ TEST(MixerTest, VoicesAddUpLoopEndAndClip)
     EXPECT_EQ(Mixed(mixer, 1), (std::vector<std::int16_t>{15000, -15000}));
     mixer.Stop(CMixer::GROUP_MUSIC, 0);
     EXPECT_EQ(Mixed(mixer, 1), (std::vector<std::int16_t>{0, 0}));
+}
+
+TEST(MixerTest, MusicGoesOnWhereItWasStopped)
+{
+    CMixer mixer;
+    const auto music = std::make_shared<const SoundSamples>(SoundSamples{1, 1, 2, 2, 3, 3});
+    mixer.Start(music, CMixer::GROUP_MUSIC, true);
+    Mixed(mixer, 4);
+    const std::size_t position = mixer.Position(CMixer::GROUP_MUSIC);
+    mixer.Stop(CMixer::GROUP_MUSIC, 100);
+    EXPECT_EQ(mixer.Position(CMixer::GROUP_MUSIC), 0U);
+    mixer.Stop(CMixer::GROUP_MUSIC, 0);
+    mixer.Start(music, CMixer::GROUP_MUSIC, true, position);
+    EXPECT_EQ(Mixed(mixer, 2), (std::vector<std::int16_t>{2, 2, 3, 3}));
+    mixer.Stop(CMixer::GROUP_MUSIC, 0);
+    mixer.Start(music, CMixer::GROUP_MUSIC, true, 600);
+    EXPECT_EQ(Mixed(mixer, 1), (std::vector<std::int16_t>{1, 1})) << "beyond the end";
+}
+
+/// A WAV of silence: one channel of 8 bits.
+std::string SilentWav(std::uint32_t rate, std::uint32_t frames)
+{
+    const auto number = [](std::uint32_t value, int bytes) {
+        std::string out;
+        for (int i = 0; i < bytes; ++i)
+            out += static_cast<char>(value >> (8 * i));
+        return out;
+    };
+    return "RIFF" + number(36 + frames, 4) + "WAVEfmt " + number(16, 4) + number(1, 2) + number(1, 2) +
+           number(rate, 4) + number(rate, 4) + number(1, 2) + number(8, 2) + "data" + number(frames, 4) +
+           std::string(frames, '\x80');
+}
+
+TEST(SoundTest, AHostileRateOrLengthIsRefused)
+{
+    const TempRoots roots;
+    const FakeHost host;
+    SDL_setenv("SDL_AUDIODRIVER", "dummy", 1);
+    CSound sound;
+    ASSERT_TRUE(sound.OpenDevice());
+    const struct {
+        std::uint32_t rate, frames;
+        const char* reason; // null: it is played
+    } cases[] = {
+        {1, 100, "a rate of 1 frames"}, {3999, 100, "a rate of"}, {200000, 100, "a rate of"},
+        {4000, 100, nullptr},           {192000, 100, nullptr},   {0xffffffff, 100, "rate"},
+        {4000, 30U << 20, "too long"},
+    };
+    for (const auto& test : cases) {
+        const std::string name = std::to_string(test.rate) + "-" + std::to_string(test.frames) + ".wav";
+        roots.Put("game/" + name, SilentWav(test.rate, test.frames));
+        ::testing::internal::CaptureStderr();
+        EXPECT_EQ(sound.PlayMusic(name, false), test.reason == nullptr) << name;
+        const std::string told = ::testing::internal::GetCapturedStderr();
+        const bool named = test.reason == nullptr || told.find(test.reason) != std::string::npos;
+        EXPECT_TRUE(named) << name << ": " << told;
+    }
 }
 
 TEST(MixerTest, AFadeFallsToSilenceInItsTime)

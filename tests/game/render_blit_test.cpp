@@ -4,15 +4,14 @@
 
 #include <array>
 #include <climits>
-#include <limits>
 #include <random>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "render/blit_rows.h"
 #include "support/picture_compare.h"
+#include "support/rows.h"
 
 using seawarden_test::SamePicture;
 
@@ -35,9 +34,8 @@ std::uint16_t RandomPixel(Random& random)
 
 Picture RandomPicture(Random& random, int width, int height)
 {
-    Picture picture{
-        width, height,
-        std::vector<std::uint16_t>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))};
+    const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    Picture picture{width, height, std::vector<std::uint16_t>(count)};
     for (std::uint16_t& pixel : picture.m_aPixels)
         pixel = RandomPixel(random);
     return picture;
@@ -60,7 +58,7 @@ __extension__ using Wide = __int128;
 /// Reads a copy of the source, so that it serves for blits within one picture too.
 void NaiveBlit(Picture& target, const RECT& to, const Picture& source, const RECT& from, bool keyed)
 {
-    const std::vector<std::uint16_t> sourcePixels(source.m_aPixels.begin(), source.m_aPixels.end());
+    const std::vector<std::uint16_t> sourcePixels = source.m_aPixels;
     const Wide toWidth = Wide{to.right} - to.left;
     const Wide toHeight = Wide{to.bottom} - to.top;
     const Wide fromWidth = Wide{from.right} - from.left;
@@ -101,12 +99,6 @@ RECT RandomRect(Random& random, const Picture& picture)
     return rect;
 }
 
-std::string RectText(const RECT& rect)
-{
-    return std::to_string(rect.left) + ", " + std::to_string(rect.top) + ", " + std::to_string(rect.right) +
-           ", " + std::to_string(rect.bottom);
-}
-
 /// The same size as `like` where both fit into 32 bits.
 void TakeSize(RECT& rect, const RECT& like)
 {
@@ -118,39 +110,29 @@ void TakeSize(RECT& rect, const RECT& like)
         rect.bottom = static_cast<LONG>(bottom);
 }
 
-void CompareBlits(bool bWithinOne, unsigned seed)
+void CompareBlit(Picture& actual, const RECT& to, Picture& source, const RECT& from, bool keyed)
 {
-    constexpr int ROUNDS = 20000;
-    Random random(seed);
-    BlitScratch scratch;
-    for (int round = 0; round < ROUNDS; ++round) {
+    static BlitScratch scratch;
+    Picture expected = actual;
+    NaiveBlit(expected, to, source, from, keyed);
+    BlitPixels(ViewOf(actual), to, ViewOf(source), from, keyed, scratch);
+    ASSERT_TRUE(SamePicture("blit", actual, expected)) << testing::PrintToString(std::tie(to, from, keyed));
+}
+
+TEST(Blit, DrawsWhatTheReferenceDrawsAndReadsFirstWithinOneSurface)
+{
+    Random random(11);
+    for (int round = 0; round < 40000 && !HasFailure(); ++round) {
+        SCOPED_TRACE(round);
         Picture actual = RandomPicture(random, Between(random, 1, 40), Between(random, 1, 12));
         Picture other = RandomPicture(random, Between(random, 1, 40), Between(random, 1, 12));
-        Picture& source = bWithinOne ? actual : other;
+        Picture& source = round % 2 == 0 ? actual : other;
         RECT to = RandomRect(random, actual);
         const RECT from = RandomRect(random, source);
         if (Between(random, 0, 2) == 0)
             TakeSize(to, from);
-        const bool bKeyed = Between(random, 0, 1) != 0;
-
-        Picture expected = actual;
-        NaiveBlit(expected, to, source, from, bKeyed);
-        BlitPixels(ViewOf(actual), to, ViewOf(source), from, bKeyed, scratch);
-        ASSERT_TRUE(SamePicture("blit", actual, expected))
-            << "round " << round << ", to " << RectText(to) << " of " << actual.m_nWidth << " by "
-            << actual.m_nHeight << ", from " << RectText(from) << " of " << source.m_nWidth << " by "
-            << source.m_nHeight << (bKeyed ? ", keyed" : "");
+        CompareBlit(actual, to, source, from, Between(random, 0, 1) != 0);
     }
-}
-
-TEST(Blit, DrawsWhatTheReferenceDraws)
-{
-    CompareBlits(false, 11);
-}
-
-TEST(Blit, ReadsTheSourceFirstWithinOneSurface)
-{
-    CompareBlits(true, 12);
 }
 
 /// At full size, where whole rows are joined and rows are wider than any register.
@@ -158,76 +140,47 @@ TEST(Blit, DrawsWholeScreens)
 {
     constexpr int WIDTH = 800;
     constexpr int HEIGHT = 600;
-    struct Case {
-        const char* name;
-        int sourceWidth, sourceHeight;
-        RECT to, from;
-    };
-    const Case cases[] = {
-        {"whole", WIDTH, HEIGHT, {0, 0, WIDTH, HEIGHT}, {0, 0, WIDTH, HEIGHT}},
-        {"some rows", WIDTH, HEIGHT, {0, 100, WIDTH, 300}, {0, 5, WIDTH, 205}},
-        {"odd part", WIDTH, HEIGHT, {3, 1, 790, 599}, {7, 0, 794, 598}},
-        {"larger", 256, 256, {0, 0, WIDTH, HEIGHT}, {0, 0, 256, 256}},
-        {"much larger", 3, 2, {-50, -60, WIDTH + 50, HEIGHT}, {0, 0, 3, 2}},
-        {"smaller", 1024, 768, {0, 0, WIDTH, HEIGHT}, {0, 0, 1024, 768}},
-        {"taller", WIDTH, 100, {0, 0, WIDTH, HEIGHT}, {0, 0, WIDTH, 100}},
+    const Rows<int, int, RECT, RECT> cases = {
+        {WIDTH, HEIGHT, {0, 0, WIDTH, HEIGHT}, {0, 0, WIDTH, HEIGHT}},
+        {WIDTH, HEIGHT, {0, 100, WIDTH, 300}, {0, 5, WIDTH, 205}},
+        {WIDTH, HEIGHT, {3, 1, 790, 599}, {7, 0, 794, 598}},
+        {3, 2, {-50, -60, WIDTH + 50, HEIGHT}, {0, 0, 3, 2}},
+        {1024, 768, {0, 0, WIDTH, HEIGHT}, {0, 0, 1024, 768}},
+        {WIDTH, 100, {0, 0, WIDTH, HEIGHT}, {0, 0, WIDTH, 100}},
     };
     Random random(13);
-    BlitScratch scratch;
-    for (const Case& c : cases)
-        for (const bool bKeyed : {false, true}) {
+    for (const auto& [width, height, to, from] : cases)
+        for (const bool keyed : {false, true}) {
             Picture actual = RandomPicture(random, WIDTH, HEIGHT);
-            Picture source = RandomPicture(random, c.sourceWidth, c.sourceHeight);
-            Picture expected = actual;
-            NaiveBlit(expected, c.to, source, c.from, bKeyed);
-            BlitPixels(ViewOf(actual), c.to, ViewOf(source), c.from, bKeyed, scratch);
-            EXPECT_TRUE(SamePicture(std::string("screen ") + c.name, actual, expected));
+            Picture source = RandomPicture(random, width, height);
+            CompareBlit(actual, to, source, from, keyed);
         }
 }
 
 /// Every length around the register's width, at every alignment, with guards on both sides.
-TEST(BlitRows, RegistersAndPlainLoopAgree)
+TEST(BlitRows, RegistersAndPlainLoopsAgree)
 {
     constexpr std::size_t GUARD = 8;
-    constexpr std::uint16_t MARK = 0x5aa5;
     Random random(14);
-    for (std::size_t count = 0; count <= 70; ++count)
+    for (std::size_t count = 1; count <= 70; ++count)
         for (std::size_t offset = 0; offset < 8; ++offset) {
-            std::vector<std::uint16_t> source(offset + count);
-            for (std::uint16_t& pixel : source)
-                pixel = RandomPixel(random);
-            std::vector<std::uint16_t> fast(GUARD + count + GUARD, MARK);
-            for (std::size_t i = 0; i < count; ++i)
-                fast[GUARD + i] = RandomPixel(random);
+            Picture source = RandomPicture(random, 80, 1);
+            std::vector<std::uint16_t> fast(GUARD + count + GUARD, 0x5aa5);
             std::vector<std::uint16_t> plain = fast;
-            KeyedRow(fast.data() + GUARD, source.data() + offset, count);
-            KeyedRowPlain(plain.data() + GUARD, source.data() + offset, count);
+            KeyedRow(fast.data() + GUARD, source.m_aPixels.data() + offset, count);
+            KeyedRowPlain(plain.data() + GUARD, source.m_aPixels.data() + offset, count);
             ASSERT_EQ(fast, plain) << count << " pixels at " << offset;
-            for (std::size_t i = 0; i < GUARD; ++i)
-                ASSERT_TRUE(fast[i] == MARK && fast[GUARD + count + i] == MARK);
-        }
-}
 
-TEST(BlitRows, SpreadingAgreesWithThePlainLoop)
-{
-    Random random(15);
-    for (int round = 0; round < 2000; ++round) {
-        const int count = Between(random, 1, 40);
-        const int widest = Between(random, 1, 30);
-        std::vector<std::uint32_t> starts{0};
-        std::vector<std::uint16_t> source;
-        for (int i = 0; i < count; ++i) {
-            starts.push_back(starts.back() + static_cast<std::uint32_t>(Between(random, 1, widest)));
-            source.push_back(RandomPixel(random));
+            std::vector<std::uint32_t> starts{0};
+            for (std::size_t i = 0; i < count; ++i)
+                starts.push_back(starts.back() +
+                                 static_cast<std::uint32_t>(Between(random, 1, 4 << offset / 2)));
+            fast.assign(starts.back() + SPREAD_SLACK, 0);
+            plain = fast;
+            SpreadRow(fast.data(), source.m_aPixels.data(), starts.data(), count);
+            SpreadRowPlain(plain.data(), source.m_aPixels.data(), starts.data(), count);
+            ASSERT_TRUE(std::equal(fast.begin(), fast.end() - SPREAD_SLACK, plain.begin())) << count;
         }
-        std::vector<std::uint16_t> fast(starts.back() + SPREAD_SLACK);
-        std::vector<std::uint16_t> plain = fast;
-        SpreadRow(fast.data(), source.data(), starts.data(), source.size());
-        SpreadRowPlain(plain.data(), source.data(), starts.data(), source.size());
-        fast.resize(starts.back());
-        plain.resize(starts.back());
-        ASSERT_EQ(fast, plain);
-    }
 }
 
 } // namespace

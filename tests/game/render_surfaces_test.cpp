@@ -10,6 +10,7 @@
 
 #include "platform/gdi.h"
 #include "support/picture_compare.h"
+#include "support/rows.h"
 
 using seawarden_test::TakePicture;
 
@@ -27,30 +28,24 @@ std::vector<std::uint16_t> PixelsOf(CRender2D& render, int surface)
 
 TEST(Surfaces, SizesThatCanBeMade)
 {
-    struct Case {
-        RECT rect;
-        bool made;
-        RECT size;
-    };
-    const Case cases[] = {
-        {{0, 0, 1, 1}, true, {0, 0, 1, 1}},
-        {{-10, 5, 20, 9}, true, {0, 0, 30, 4}},
-        {{0, 0, SURFACE_MAX_SIDE, 1}, true, {0, 0, SURFACE_MAX_SIDE, 1}},
-        {{0, 0, SURFACE_MAX_SIDE + 1, 1}, false, {}},
-        {{0, 0, 1, SURFACE_MAX_SIDE + 1}, false, {}},
-        {{0, 0, 0, 5}, false, {}},
-        {{9, 0, 3, 5}, false, {}},
-        {{INT_MIN, INT_MIN, INT_MAX, INT_MAX}, false, {}},
-        {{INT_MAX, INT_MAX, INT_MIN, INT_MIN}, false, {}},
+    const Rows<RECT, RECT> cases = {
+        {{0, 0, 1, 1}, {0, 0, 1, 1}},
+        {{-10, 5, 20, 9}, {0, 0, 30, 4}},
+        {{0, 0, SURFACE_MAX_SIDE, 1}, {0, 0, SURFACE_MAX_SIDE, 1}},
+        {{0, 0, SURFACE_MAX_SIDE + 1, 1}, {}},
+        {{0, 0, 1, SURFACE_MAX_SIDE + 1}, {}},
+        {{0, 0, 0, 5}, {}},
+        {{9, 0, 3, 5}, {}},
+        {{INT_MIN, INT_MIN, INT_MAX, INT_MAX}, {}},
+        {{INT_MAX, INT_MAX, INT_MIN, INT_MIN}, {}},
     };
     CRender2D render;
-    for (const Case& c : cases) {
-        const int surface = render.CreateSurface(&c.rect);
-        EXPECT_EQ(surface >= 0, c.made);
+    for (const auto& [rect, expected] : cases) {
+        const int surface = render.CreateSurface(&rect);
         RECT size{1, 2, 3, 4};
-        render.GetSurfaceRect(surface, &size);
-        // -1 is the display, whose size it then is.
-        EXPECT_EQ(size, c.made ? c.size : (RECT{0, 0, 800, 600}));
+        if (surface >= 0)
+            render.GetSurfaceRect(surface, &size);
+        EXPECT_EQ(surface >= 0 ? size : RECT(), expected);
     }
     EXPECT_LT(render.CreateSurface(nullptr), 0);
 }
@@ -59,25 +54,14 @@ TEST(Surfaces, NumbersAreReusedOnlyAfterTheyAreFreed)
 {
     CRender2D render;
     std::set<int> numbers;
-    for (int i = 0; i < 5; ++i)
-        EXPECT_TRUE(numbers.insert(render.CreateSurface(&SMALL)).second);
-    const int freed = *std::next(numbers.begin(), 2);
-    render.FreeSurface(freed);
-    RECT size{1, 2, 3, 4};
-    render.GetSurfaceRect(freed, &size);
-    EXPECT_EQ(size, RECT{});
-    EXPECT_EQ(render.CreateSurface(&SMALL), freed);
-}
-
-TEST(Surfaces, TooManyFailAndLeaveTheOthersAlone)
-{
-    CRender2D render;
-    const RECT one{0, 0, 1, 1};
     for (std::size_t i = 0; i < CRender2D::MAX_SURFACES; ++i)
-        ASSERT_GE(render.CreateSurface(&one), 0);
-    EXPECT_LT(render.CreateSurface(&one), 0);
+        ASSERT_TRUE(numbers.insert(render.CreateSurface(&SMALL)).second);
+    EXPECT_LT(render.CreateSurface(&SMALL), 0) << "too many";
     render.FreeSurface(7);
-    EXPECT_EQ(render.CreateSurface(&one), 7);
+    RECT size{1, 2, 3, 4};
+    render.GetSurfaceRect(7, &size);
+    EXPECT_EQ(size, RECT{});
+    EXPECT_EQ(render.CreateSurface(&SMALL), 7);
 }
 
 TEST(Surfaces, UnknownNumbersDoNothing)
@@ -102,6 +86,8 @@ TEST(Surfaces, UnknownNumbersDoNothing)
     render.UnlockSurface(known, 0); // never locked
     render.ReleaseSurfaceDC(known, nullptr);
     EXPECT_NE(render.LockSurface(known), nullptr);
+    render.FreeSurface(known);
+    EXPECT_NE(render.CreateSurface(&SMALL), known) << "the one lock counts";
 }
 
 TEST(Surfaces, ALockedSurfaceOutlivesItsFreeing)
@@ -147,26 +133,22 @@ TEST(Surfaces, ADeviceContextHoldsItsSurface)
 
 TEST(Surfaces, FillsAsADeviceContextDoes)
 {
-    struct Case {
-        COLORREF colour;
-        std::uint16_t pixel;
+    const Rows<COLORREF, std::uint16_t> cases = {
+        {RGB(255, 0, 0), 0xf800}, {RGB(0, 255, 0), 0x07e0}, {RGB(0, 0, 255), 0x001f},    {RGB(7, 3, 7), 0},
+        {RGB(8, 4, 8), 0x0821},   {0xff000000, 0},          {RGB(123, 45, 201), 0x7979},
     };
-    const Case cases[] = {{RGB(255, 0, 0), 0xf800},   {RGB(0, 255, 0), 0x07e0}, {RGB(0, 0, 255), 0x001f},
-                          {RGB(7, 3, 7), 0x0000},     {RGB(8, 4, 8), 0x0821},   {0xff000000, 0x0000},
-                          {RGB(123, 45, 201), 0x7979}};
     CRender2D render;
     const int surface = render.CreateSurface(&SMALL);
-    for (const Case& c : cases) {
-        const std::vector<std::uint16_t> expected(12, c.pixel);
-        render.FillSurface(surface, c.colour);
-        EXPECT_EQ(PixelsOf(render, surface), expected) << c.colour;
-
+    for (const auto& [colour, pixel] : cases) {
+        render.FillSurface(surface, colour);
+        EXPECT_EQ(PixelsOf(render, surface), std::vector(12, pixel)) << colour;
+        render.FillSurface(surface, ~colour);
         const HDC dc = render.GetSurfaceDC(surface);
-        const HBRUSH brush = CreateSolidBrush(c.colour);
+        const HBRUSH brush = CreateSolidBrush(colour);
         FillRect(dc, &SMALL, brush);
         DeleteObject(brush);
         render.ReleaseSurfaceDC(surface, dc);
-        EXPECT_EQ(PixelsOf(render, surface), expected) << c.colour;
+        EXPECT_EQ(PixelsOf(render, surface), std::vector(12, pixel)) << colour;
     }
 }
 

@@ -68,6 +68,9 @@ TEST(ScriptTest, AWrongLineIsToldWithItsNumberAndReason)
         {"key ctrl+hyper", "there is no key \"hyper\""},
         {"keydown ctrl+a", "expected the name of a key"},
         {"key", "expected the name of a key"},
+        {"key ctrl+", "expected the name of a key behind +"},
+        {"type \"\"", "expected a text to type"},
+        {"wheel 0", "expected at least one notch"},
         {"shot a/b", "expected a name of letters"},
         {"shot ..", "expected a name of letters"},
         {"expect", "expected a text to look for"},
@@ -89,7 +92,8 @@ TEST(ScriptTest, AWrongLineIsToldWithItsNumberAndReason)
 
 TEST(ScriptTest, TextsKeepWhatTheyNeed)
 {
-    const auto commands = Parse("expect text=\"a # b\"   # comment\r\n"
+    const auto commands = Parse("\xef\xbb\xbf"
+                                "expect text=\"a # b\"   # comment\r\n"
                                 "type \" caf\xc3\xa9 \"\n"
                                 "type \"\n"
                                 "event 4 text=\"video\\x.ani\" value2=-3 value1=0x10\n");

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/temp_roots.h"
 #include "platform/types.h"
 #include "shell/clock.h"
 #include "shell/input.h"
@@ -13,6 +14,7 @@
 #include "shell/line_ends.h"
 #include "shell/options.h"
 #include "shell/presenter.h"
+#include "shell/recorder.h"
 #include "shell/view_fit.h"
 
 namespace
@@ -64,13 +66,39 @@ TEST(KeymapTest, EveryCodeHasANameThatMeansIt)
 
 TEST(KeymapTest, TheKeypadFollowsNumLock)
 {
-    EXPECT_EQ(KeyFromSdl(SDLK_KP_7, true), VK_NUMPAD0 + 7);
-    EXPECT_EQ(KeyFromSdl(SDLK_KP_7, false), VK_HOME);
-    EXPECT_EQ(KeyFromSdl(SDLK_KP_ENTER, false), VK_RETURN);
-    EXPECT_EQ(KeyFromSdl(SDLK_z, false), 'Z');
-    EXPECT_EQ(KeyFromSdl(SDLK_F12, false), VK_F12);
-    EXPECT_EQ(KeyFromSdl(SDLK_RSHIFT, false), VK_SHIFT);
-    EXPECT_EQ(KeyFromSdl(SDLK_VOLUMEUP, false), 0);
+    EXPECT_EQ(KeyFromSdl(SDLK_KP_7, SDL_SCANCODE_KP_7, true), VK_NUMPAD0 + 7);
+    EXPECT_EQ(KeyFromSdl(SDLK_KP_7, SDL_SCANCODE_KP_7, false), VK_HOME);
+    EXPECT_EQ(KeyFromSdl(SDLK_KP_5, SDL_SCANCODE_KP_5, false), 0x0c);
+}
+
+TEST(KeymapTest, EveryKeyOfEveryLayoutHasACode)
+{
+    const struct {
+        std::int32_t keycode;
+        SDL_Scancode scancode;
+        int key;
+    } cases[] = {
+        {SDLK_KP_ENTER, SDL_SCANCODE_KP_ENTER, VK_RETURN},
+        {SDLK_F12, SDL_SCANCODE_F12, VK_F12},
+        {SDLK_F24, SDL_SCANCODE_F24, 0x87},
+        {SDLK_RSHIFT, SDL_SCANCODE_RSHIFT, VK_SHIFT},
+        {SDLK_z, SDL_SCANCODE_Y, 'Z'},         // the letter counts before the place
+        {0xf6, SDL_SCANCODE_SEMICOLON, 0xba},  // o with two dots
+        {0x439, SDL_SCANCODE_Q, 'Q'},          // a Cyrillic letter
+        {SDLK_AMPERSAND, SDL_SCANCODE_1, '1'}, // a row that has its digits behind Shift
+        {0xe0, SDL_SCANCODE_0, '0'},
+        {SDLK_LESS, SDL_SCANCODE_NONUSBACKSLASH, 0xe2},
+        {SDLK_PRINTSCREEN, SDL_SCANCODE_PRINTSCREEN, 0x2c},
+        {SDLK_SCROLLLOCK, SDL_SCANCODE_SCROLLLOCK, 0x91},
+        {SDLK_NUMLOCKCLEAR, SDL_SCANCODE_NUMLOCKCLEAR, 0x90},
+        {SDLK_APPLICATION, SDL_SCANCODE_APPLICATION, 0x5d},
+        {SDLK_LGUI, SDL_SCANCODE_LGUI, 0x5b},
+        {SDLK_RGUI, SDL_SCANCODE_RGUI, 0x5c},
+        {SDLK_VOLUMEUP, SDL_SCANCODE_VOLUMEUP, 0xff},
+        {SDLK_UNKNOWN, SDL_SCANCODE_UNKNOWN, 0xff},
+    };
+    for (const auto& test : cases)
+        EXPECT_EQ(KeyFromSdl(test.keycode, test.scancode, true), test.key) << SDL_GetKeyName(test.keycode);
 }
 
 TEST(InputTest, MotionIsOneMessageAndKeyStateGoesWithTheMessage)
@@ -108,10 +136,73 @@ TEST(InputTest, LosingTheWindowReleasesWhatIsDown)
     input.Char('\t');
     input.ReleaseAll();
     std::vector<UINT> seen;
-    for (InputMessage message; input.Take(message);)
+    for (InputMessage message; input.Take(message);) {
         seen.push_back(message.message);
-    EXPECT_EQ(seen, (std::vector<UINT>{WM_KEYDOWN, WM_LBUTTONDOWN, WM_LBUTTONUP, WM_KEYUP}));
+        if (message.message == WM_LBUTTONUP) {
+            EXPECT_EQ(message.lParam, -1) << "off the display, where nothing is clicked";
+        }
+    }
+    EXPECT_EQ(seen, (std::vector<UINT>{WM_KEYDOWN, WM_LBUTTONDOWN, WM_MOUSEMOVE, WM_LBUTTONUP, WM_KEYUP}));
     EXPECT_FALSE(input.IsDown(VK_CONTROL));
+    input.PointerButton(VK_LBUTTON, false, 9);
+    InputMessage late;
+    EXPECT_FALSE(input.Take(late)) << "the button has gone up already";
+}
+
+TEST(InputTest, ADoubleClickIsTwoPressesAtOnePlaceWithinHalfASecond)
+{
+    struct Press {
+        int button;
+        POINT at;
+        DWORD time;
+    };
+    const struct {
+        std::vector<Press> presses;
+        std::vector<UINT> messages;
+    } cases[] = {
+        {{{VK_LBUTTON, {50, 50}, 0}, {VK_LBUTTON, {52, 48}, 500}}, {WM_LBUTTONDOWN, WM_LBUTTONDBLCLK}},
+        {{{VK_LBUTTON, {50, 50}, 9}, {VK_LBUTTON, {50, 50}, 510}}, {WM_LBUTTONDOWN, WM_LBUTTONDOWN}},
+        {{{VK_LBUTTON, {50, 50}, 0}, {VK_LBUTTON, {53, 50}, 90}}, {WM_LBUTTONDOWN, WM_LBUTTONDOWN}},
+        {{{VK_LBUTTON, {50, 50}, 0}, {VK_LBUTTON, {50, 47}, 90}}, {WM_LBUTTONDOWN, WM_LBUTTONDOWN}},
+        {{{VK_LBUTTON, {5, 5}, 0},
+          {VK_LBUTTON, {5, 5}, 90},
+          {VK_LBUTTON, {5, 5}, 180},
+          {VK_LBUTTON, {5, 5}, 270}},
+         {WM_LBUTTONDOWN, WM_LBUTTONDBLCLK, WM_LBUTTONDOWN, WM_LBUTTONDBLCLK}},
+        {{{VK_LBUTTON, {5, 5}, 0}, {VK_RBUTTON, {5, 5}, 90}, {VK_LBUTTON, {5, 5}, 180}},
+         {WM_LBUTTONDOWN, WM_RBUTTONDOWN, WM_LBUTTONDOWN}},
+    };
+    for (const auto& test : cases) {
+        CInput input;
+        for (const Press& press : test.presses) {
+            input.MoveTo(press.at);
+            input.PointerButton(press.button, true, press.time);
+            input.PointerButton(press.button, false, press.time + 20);
+        }
+        std::vector<UINT> seen;
+        for (InputMessage message; input.Take(message);) {
+            if (message.down)
+                seen.push_back(message.message);
+        }
+        EXPECT_EQ(seen, test.messages) << test.presses[1].at.x << " " << test.presses[1].time;
+    }
+}
+
+TEST(InputTest, OnlyAFreshPressCounts)
+{
+    CInput input;
+    input.Button(VK_LBUTTON, true, false);
+    input.Button(VK_LBUTTON, false, false);
+    input.Button(VK_LBUTTON, true, true);
+    input.Button(VK_RBUTTON, true, false);
+    input.Key(VK_MENU, true);
+    input.Key(VK_F1, true); // with Alt, a system key
+    input.Key(VK_F1, true);
+    input.Char('a');
+    std::vector<bool> fresh;
+    for (InputMessage message; input.Take(message);)
+        fresh.push_back(IsFreshPress(message));
+    EXPECT_EQ(fresh, (std::vector<bool>{true, false, false, true, false, true, false, false}));
 }
 
 TEST(InputTest, KeysBringTheirControlCharacterAlong)
@@ -197,14 +288,47 @@ TEST(PresenterTest, TheDarkestFadeAndTheBrightnessChangeTheCopyOnly)
     presenter.SetFade(1, 0.25F);
     presenter.SetFade(2, 0.5F);
     const std::uint16_t* shown = presenter.Compose(pixels, 3, 1);
-    EXPECT_EQ(shown[0], 15U << 11 | 31U << 5 | 15U);
+    EXPECT_EQ(shown[0], 15U << 11 | 30U << 5 | 15U);
     EXPECT_EQ(shown[2], 0);
+    EXPECT_TRUE(presenter.TakeChanged());
+    EXPECT_FALSE(presenter.TakeChanged());
     presenter.ClearFade(2);
     presenter.ClearFade(1);
     presenter.SetBrightness(9.0F);
     shown = presenter.Compose(pixels, 3, 1);
     EXPECT_EQ(shown[0], 0xffff);
     EXPECT_EQ(shown[1], 0xffff);
+}
+
+TEST(PresenterTest, GreysStayGreyWhileTheyDarken)
+{
+    std::vector<std::uint16_t> greys;
+    for (unsigned level = 0; level < 32; ++level)
+        greys.push_back(static_cast<std::uint16_t>(level << 11 | level << 6 | level));
+    CPresenter presenter;
+    for (int step = 1; step <= 64; ++step) {
+        presenter.SetFade(1, static_cast<float>(step) / 64);
+        const std::uint16_t* shown = presenter.Compose(greys.data(), static_cast<int>(greys.size()), 1);
+        for (std::size_t i = 0; i < greys.size(); ++i) {
+            const int red = shown[i] >> 11;
+            EXPECT_EQ(shown[i] & 0x1f, red) << step << ", level " << i;
+            EXPECT_EQ((shown[i] >> 6) & 0x1f, red) << step << ", level " << i;
+        }
+    }
+}
+
+TEST(RecorderTest, FramesWithoutInputReachTheFileNowAndThen)
+{
+    const TempRoots roots;
+    CRecorder recorder;
+    recorder.NextFrame();
+    ASSERT_TRUE(recorder.Open((roots.folder / "user/r.script").string(), "x"));
+    for (int i = 0; i < 120; ++i)
+        recorder.NextFrame();
+    EXPECT_EQ(roots.Get("user/r.script"), "# x\nframes 50\nframes 50\n") << "and a crash loses few";
+    recorder.Note("up");
+    recorder.Close(true);
+    EXPECT_EQ(roots.Get("user/r.script"), "# x\nframes 50\nframes 50\nframes 20\nup\nquit\n");
 }
 
 TEST(ClockTest, AFixedClockGoesByTheFrameAndTheSeedPicksTheTime)

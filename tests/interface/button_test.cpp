@@ -1,4 +1,5 @@
 #include <memory>
+#include <sstream>
 
 #include "control_harness.h"
 #include "controls/itfbutton.h"
@@ -36,19 +37,22 @@ class ButtonTest : public ControlTest
         else
             button = std::make_unique<CItfButton>();
         const RECT rect = {LEFT, TOP, LEFT + WIDTH, TOP + HEIGHT};
-        EXPECT_TRUE(button->Create(caption, &rect, &parent, ID, style & ~BTSTYLE_CHECKBOX, &engine, nullptr,
-                                   nullptr));
+        style &= ~BTSTYLE_CHECKBOX;
+        EXPECT_TRUE(button->Create(caption, &rect, &parent, ID, style, &engine, nullptr, nullptr));
         button->Show(true);
         return button;
     }
 
-    /// d down, u up, m move, each on the button; D, U, M beside it.
+    /// d down, u up, m move, each on the button; D, U, M beside it; ! disables it.
     void Play(CItfButton& button, const char* gesture)
     {
         for (; *gesture != '\0'; ++gesture) {
-            const bool inside = *gesture >= 'a';
+            if (*gesture == '!') {
+                button.Enable(false);
+                continue;
+            }
             // One pixel past the right edge is beside it, the last column isn't.
-            const std::int32_t at = At(button, inside ? WIDTH - 1 : WIDTH, 5);
+            const std::int32_t at = At(button, *gesture >= 'a' ? WIDTH - 1 : WIDTH, 5);
             const int kind = *gesture | 0x20;
             button.Dispatch(kind == 'd' ? WM_LBUTTONDOWN : kind == 'u' ? WM_LBUTTONUP : WM_MOUSEMOVE, 0, at);
         }
@@ -63,68 +67,39 @@ class ButtonTest : public ControlTest
 
 TEST_F(ButtonTest, GesturesGiveNotificationsStateAndSound)
 {
-    constexpr std::uint32_t PLAIN = 0;
-    constexpr std::uint32_t MANUAL = BTSTYLE_MANUAL;
     constexpr std::uint32_t CHECK = BTSTYLE_CHECKBOX;
-    const int down = NOTIFY_PRESSED;
-    const int click = NOTIFY_CLICKED;
-    const struct {
-        std::uint32_t style;
-        const char* gesture;
-        std::vector<int> codes;
-        int state;
-        std::size_t sounds;
-    } cases[] = {
-        {PLAIN, "d", {down}, 1, 0},
-        {PLAIN, "du", {down, click}, 0, 1},
-        {PLAIN, "dM", {down}, 0, 0},
-        {PLAIN, "dMm", {down}, 1, 0},
-        {PLAIN, "dMU", {down}, 0, 0},
-        {PLAIN, "dMmu", {down, click}, 0, 1},
-        {PLAIN, "dU", {down}, 0, 0}, // no move came in between
-        {PLAIN, "mu", {}, 0, 0},
-        {PLAIN, "duu", {down, click}, 0, 1},
-        {MANUAL, "du", {down, click}, 1, 1},
-        {MANUAL, "dudu", {down, click, down, click}, 1, 2},
-        {MANUAL, "dudMU", {down, click, down}, 0, 1},
-        {CHECK, "d", {click}, 1, 0},
-        {CHECK, "du", {click}, 1, 0},
-        {CHECK, "dMU", {click}, 1, 0},
-        {CHECK, "dudu", {click, click}, 0, 0},
-        {CHECK | MANUAL, "dudu", {click, click}, 0, 0},
+    // Each a gesture (! disables the button), what is told (p pressed, c clicked, - nothing), state and
+    // sounds.
+    const Rows<std::uint32_t, const char*> cases = {
+        {0,
+         "d p 1 0  du pc 0 1  dM p 0 0  dMm p 1 0  dMU p 0 0  dMmu pc 0 1  dU p 0 0  mu - 0 0  duu pc 0 1"},
+        {0, "!du - 0 0  d!u pc 0 1"},
+        {BTSTYLE_MANUAL, "du pc 1 1  dudu pcpc 1 2  dudMU pcp 0 1"},
+        {CHECK, "d c 1 0  dMU c 1 0  dudu cc 0 0  !du - 0 0"},
+        {CHECK | BTSTYLE_MANUAL, "dudu cc 0 0"},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(std::to_string(test.style) + " " + test.gesture);
-        const auto button = Make(test.style);
-        engine.sound.played.clear();
-        Play(*button, test.gesture);
-        std::vector<Words> reports;
-        for (const int code : test.codes)
-            reports.emplace_back(code, ID);
-        EXPECT_EQ(TakeGot(ITFM_NOTIFY), reports);
-        EXPECT_EQ(button->GetState(), test.state);
-        EXPECT_EQ(engine.sound.played, std::vector<std::string>(test.sounds, "itfButtonClick"));
-        const bool held = test.gesture[std::string(test.gesture).find_last_of("dDuU")] == 'd';
-        EXPECT_EQ(CItfWnd::GetCaptureId(), held ? button->GetId() : -1);
-        CItfWnd::ReleaseCapture();
+    for (const auto& [style, script] : cases) {
+        std::istringstream in(script);
+        int state = 0;
+        std::size_t sounds = 0;
+        for (std::string gesture, codes; in >> gesture >> codes >> state >> sounds;) {
+            SCOPED_TRACE(std::to_string(style) + " " + gesture);
+            const auto button = Make(style);
+            engine.sound.played.clear();
+            Play(*button, gesture.c_str());
+            std::vector<Words> reports;
+            for (const char code : codes) {
+                if (code != '-')
+                    reports.emplace_back(code == 'p' ? NOTIFY_PRESSED : NOTIFY_CLICKED, ID);
+            }
+            EXPECT_EQ(TakeGot(ITFM_NOTIFY), reports);
+            EXPECT_EQ(button->GetState(), state);
+            EXPECT_EQ(engine.sound.played, std::vector<std::string>(sounds, "itfButtonClick"));
+            const bool held = gesture[gesture.find_last_of("dDuU")] == 'd';
+            EXPECT_EQ(CItfWnd::GetCaptureId(), held ? button->GetId() : -1);
+            CItfWnd::ReleaseCapture();
+        }
     }
-}
-
-TEST_F(ButtonTest, DisabledButtonTakesNoPressButEndsOneThatIsUnderWay)
-{
-    for (const std::uint32_t style : {0u, +BTSTYLE_CHECKBOX}) {
-        const auto button = Make(style);
-        button->Enable(false);
-        Play(*button, "du");
-        EXPECT_TRUE(TakeCodes().empty());
-        EXPECT_EQ(CItfWnd::GetCaptureId(), -1);
-    }
-    const auto button = Make(0);
-    Play(*button, "d");
-    button->Enable(false);
-    Play(*button, "u");
-    EXPECT_EQ(TakeCodes(), (std::vector<int>{NOTIFY_PRESSED, NOTIFY_CLICKED}));
-    EXPECT_EQ(CItfWnd::GetCaptureId(), -1);
 }
 
 TEST_F(ButtonTest, StateChosenByTheOwnerIsShownAndNotReported)
@@ -139,20 +114,19 @@ TEST_F(ButtonTest, StateChosenByTheOwnerIsShownAndNotReported)
     button->Toggle(); // what isn't 1 becomes 1
     EXPECT_EQ(button->GetState(), BUTTON_DOWN);
     EXPECT_TRUE(TakeCodes().empty());
-}
 
-TEST_F(ButtonTest, OnlyCheckBoxesMayCoverWithTheKeyColour)
-{
+    // Only check boxes may cover with the key colour.
     Fill("itfBtUp", BLACK);
-    const struct {
-        std::uint32_t style;
-        std::uint16_t shown;
-    } cases[] = {{0, RED}, {BTSTYLE_CHECKBOX, BLACK}, {+BTSTYLE_CHECKBOX | +IWS_BK_KEYCOLOR, RED}};
-    for (const auto& test : cases) {
-        const auto button = Make(test.style);
+    const Rows<std::uint32_t, std::uint16_t> cases = {
+        {0, RED},
+        {BTSTYLE_CHECKBOX, BLACK},
+        {+BTSTYLE_CHECKBOX | +IWS_BK_KEYCOLOR, RED},
+    };
+    for (const auto& [style, shown] : cases) {
+        const auto other = Make(style);
         ClearScreen(RED);
-        button->Invalidate(nullptr);
-        EXPECT_EQ(Pixel(LEFT, TOP), test.shown) << test.style;
+        other->Invalidate(nullptr);
+        EXPECT_EQ(Pixel(LEFT, TOP), shown) << style;
     }
 }
 
@@ -184,88 +158,74 @@ TEST_F(ButtonTest, PointerLightsTheCaptionUntilATickFindsItGone)
 
 TEST_F(ButtonTest, CaptionStandsInTheMiddleOfTheInnerRectangle)
 {
+    {
+        // Without the height of the plain font a caption hangs from the middle.
+        const auto rows = std::exchange(Toolkit().fontMap, {{"itfBtnFontDis", "itfBtnFontDis.fnt"}});
+        const auto button = Make(0, "XX");
+        button->Enable(false);
+        button->Invalidate(nullptr);
+        EXPECT_EQ(Extent(RED), (RECT{LEFT + 32, TOP + 17, LEFT + 48, TOP + 27}));
+        Toolkit().fontMap = rows;
+    }
     const auto button = Make(0, "XX");
     button->SetInnerRect({20, 4, 60, 26});
     button->Invalidate(nullptr);
-    EXPECT_EQ(Extent(WHITE), (RECT{LEFT + 32, TOP + 10, LEFT + 48, TOP + 20}));
-}
-
-TEST_F(ButtonTest, CaptionsNeedOnlyTheirOwnFont)
-{
-    std::erase_if(Toolkit().fontMap, [](const NameRow& row) { return row.name == "itfBtnFont"; });
-    const auto button = Make(0, "XX");
-    button->Enable(false);
-    button->Invalidate(nullptr);
-    // Without the height of the plain font the caption hangs from the middle.
-    EXPECT_EQ(Extent(RED), (RECT{LEFT + 32, TOP + 15, LEFT + 48, TOP + 25}));
+    EXPECT_EQ(Extent(WHITE), (RECT{LEFT + 32, TOP + 13, LEFT + 48, TOP + 23}));
 }
 
 TEST_F(ButtonTest, FontBringsItsVariantsAsFarAsTheyExist)
 {
-    const struct {
-        const char* name;
-        std::vector<const char*> exist;
-        bool result;
-        std::uint16_t normal, hot, disabled;
-    } cases[] = {
-        {"none", {}, false, WHITE, YELLOW, RED},      {"f1", {""}, true, BLUE, YELLOW, RED},
-        {"f2", {"", "A"}, true, BLUE, BLUE, RED},     {"f3", {"", "A", "Dis"}, true, BLUE, BLUE, BLUE},
-        {"f4", {"", "Dis"}, true, BLUE, YELLOW, RED}, // the disabled one counts only beside the hot one
-    };
     Fill("itfBtUp", GREEN);
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.name);
-        for (const char* suffix : test.exist)
-            AddColouredFont(std::string(test.name) + suffix, BLUE);
+    using Names = std::vector<const char*>;
+    using Colour = std::uint16_t;
+    const Rows<std::string, Names, Colour, Colour, Colour> cases = {
+        {"none", {}, WHITE, YELLOW, RED},       {"f1", {""}, BLUE, YELLOW, RED},
+        {"f2", {"", "A"}, BLUE, BLUE, RED},     {"f3", {"", "A", "Dis"}, BLUE, BLUE, BLUE},
+        {"f4", {"", "Dis"}, BLUE, YELLOW, RED}, // the disabled one counts only beside the hot one
+    };
+    for (const auto& [name, exist, normal, hot, disabled] : cases) {
+        SCOPED_TRACE(name);
+        for (const char* suffix : exist)
+            AddColouredFont(name + suffix, BLUE);
         const auto button = Make(0, "XX");
-        EXPECT_EQ(button->SetFont(test.name), test.result);
-        EXPECT_EQ(CaptionColour(*button), test.normal);
+        EXPECT_EQ(button->SetFont(name.c_str()), !exist.empty());
+        EXPECT_EQ(CaptionColour(*button), normal);
         Play(*button, "m");
-        EXPECT_EQ(CaptionColour(*button), test.hot);
+        EXPECT_EQ(CaptionColour(*button), hot);
         button->Enable(false);
-        EXPECT_EQ(CaptionColour(*button), test.disabled);
+        EXPECT_EQ(CaptionColour(*button), disabled);
     }
 }
 
 TEST_F(ButtonTest, MissingSpriteFailsAndEverythingIsGivenBack)
 {
-    const auto refs = [] {
-        int sum = 0;
-        for (const SpriteEntry& entry : Toolkit().sprites)
-            sum += entry.refs;
-        for (const FontEntry& entry : Toolkit().fonts)
-            sum += entry.refs;
-        return sum;
-    };
-    const int before = refs();
+    const int before = Refs();
     const RECT rect = {0, 0, 10, 10};
     {
         CItfButton button;
         EXPECT_FALSE(button.Create("", &rect, &parent, ID, 0, &engine, nullptr, "missing"));
         EXPECT_FALSE(IsInTable(button));
-        EXPECT_EQ(button.GetId(), -1);
         EXPECT_FALSE(button.Create("", &rect, &parent, ID, 0, &engine, "missing", nullptr));
     }
     Make(0)->SetFont("itfBtnFontA");
-    EXPECT_EQ(refs(), before);
+    EXPECT_EQ(Refs(), before);
 }
 
 TEST_F(ButtonTest, ParentMayDeleteTheButtonThatReports)
 {
-    const struct {
-        std::uint32_t style;
-        const char* gesture;
-        int code;
-    } cases[] = {
-        {0, "d", NOTIFY_PRESSED}, {0, "du", NOTIFY_CLICKED}, {BTSTYLE_CHECKBOX, "d", NOTIFY_CLICKED}};
-    for (const auto& test : cases) {
-        auto button = Make(test.style);
+    const Rows<std::uint32_t, const char*, int> cases = {
+        {0, "d", NOTIFY_PRESSED},
+        {0, "du", NOTIFY_CLICKED},
+        {BTSTYLE_CHECKBOX, "d", NOTIFY_CLICKED},
+    };
+    for (const auto& row : cases) {
+        auto button = Make(std::get<0>(row));
         CItfButton& victim = *button;
         parent.onMessage = [&](const RecordingWnd::Got& got) {
-            if (static_cast<int>(got.wParam) == test.code)
+            if (static_cast<int>(got.wParam) == std::get<2>(row))
                 button.reset();
         };
-        Play(victim, test.gesture);
+        Play(victim, std::get<1>(row));
         EXPECT_EQ(button, nullptr);
         parent.onMessage = nullptr;
         CItfWnd::ReleaseCapture();
@@ -282,19 +242,17 @@ TEST_F(ButtonTest, ProgressBarCoversThePercentageFromTheLeft)
     AddSprite("ItfProgressFull", 271, 23, GREEN);
     ASSERT_TRUE(bar.Create(&rect, nullptr, 0, 0, &engine));
     bar.Show(true);
-    const struct {
-        int percent;
-        int kept;
-        int width; // 2.71 pixels for each percent, the fraction dropped
-    } cases[] = {{0, 0, 0},     {1, 1, 2},       {50, 50, 135}, {101, 50, 135},
-                 {-1, 50, 135}, {100, 100, 271}, {99, 99, 268}};
-    for (const auto& test : cases) {
+    // 2.71 pixels for each percent, the fraction dropped; what is out of range changes nothing.
+    const Rows<int, int, int> cases = {
+        {0, 0, 0}, {1, 1, 2}, {50, 50, 135}, {101, 50, 135}, {-1, 50, 135}, {100, 100, 271}, {99, 99, 268},
+    };
+    for (const auto& [percent, kept, width] : cases) {
         ClearScreen(RED);
-        bar.SetPercent(test.percent);
-        EXPECT_EQ(bar.GetPercent(), test.kept);
+        bar.SetPercent(percent);
+        EXPECT_EQ(bar.GetPercent(), kept);
         const RECT green = Extent(GREEN);
-        EXPECT_EQ(green.right - green.left, test.width) << test.percent;
-        EXPECT_EQ(Pixel(535, 508), test.width == 271 ? GREEN : BLUE);
+        EXPECT_EQ(green.right - green.left, width) << percent;
+        EXPECT_EQ(Pixel(535, 508), width == 271 ? GREEN : BLUE);
     }
 }
 

@@ -2,6 +2,7 @@
 // What the tests of controls share: a parent that notes what its controls tell it, fonts of one colour, and
 // rectangles of the screen surface.
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -10,6 +11,7 @@
 #include "kernel/itfwnd.h"
 #include "platform/rect.h"
 #include "render/picture.h"
+#include "support/rows.h"
 #include "support/toolkit_fixture.h"
 
 namespace control_test
@@ -27,6 +29,8 @@ constexpr std::uint16_t BLACK = 0;
 
 constexpr int GLYPH_W = 8;
 constexpr int GLYPH_H = 10;
+constexpr int BAR_WIDTH = 18;
+constexpr int THUMB = 30;
 
 class ControlTest : public seawarden_test::ToolkitTest
 {
@@ -53,11 +57,10 @@ class ControlTest : public seawarden_test::ToolkitTest
     std::vector<Words> TakeGot(std::uint32_t msg)
     {
         std::vector<Words> words;
-        for (const RecordingWnd::Got& got : parent.got) {
+        for (const RecordingWnd::Got& got : std::exchange(parent.got, {})) {
             if (got.msg == msg)
                 words.emplace_back(static_cast<int>(got.wParam), got.lParam);
         }
-        parent.got.clear();
         return words;
     }
     /// The codes of the notifications.
@@ -79,6 +82,25 @@ class ControlTest : public seawarden_test::ToolkitTest
             text += std::string("\"") + c + "\", 0, 0, 8, 10, 0, 8,\n";
         WriteFile("resource/txt_res/" + name + ".fnt", text + "\" \", 0, 0, 0, 10, 0, 8}\n");
         Toolkit().fontMap.push_back({name, name + ".fnt"});
+    }
+    /// Of a vertical scroll bar, a colour for each.
+    void AddBarSprites()
+    {
+        AddSprite("itfScBar", BAR_WIDTH, THUMB, WHITE);
+        AddSprite("itfScArrUp", BAR_WIDTH, BAR_WIDTH, BLUE);
+        AddSprite("itfScArrUpA", BAR_WIDTH, BAR_WIDTH, YELLOW);
+        AddSprite("itfScArrDown", BAR_WIDTH, BAR_WIDTH, GREEN);
+        AddSprite("itfScArrDownA", BAR_WIDTH, BAR_WIDTH, RED);
+    }
+    /// How often the sprites and fonts are in use.
+    static int Refs()
+    {
+        int sum = 0;
+        for (const SpriteEntry& entry : Toolkit().sprites)
+            sum += entry.refs;
+        for (const FontEntry& entry : Toolkit().fonts)
+            sum += entry.refs;
+        return sum;
     }
 
     static COLORREF ToColour(std::uint16_t pixel)
@@ -116,18 +138,14 @@ class ControlTest : public seawarden_test::ToolkitTest
     {
         POINT point = {x, y};
         wnd.ClientToScreen(&point);
-        return static_cast<std::int32_t>(
-            static_cast<std::uint16_t>(point.x) |
-            (static_cast<std::uint32_t>(static_cast<std::uint16_t>(point.y)) << 16));
+        const std::uint32_t low = static_cast<std::uint16_t>(point.x);
+        return static_cast<std::int32_t>(low | static_cast<std::uint32_t>(point.y) << 16);
     }
     static std::uint32_t WheelBy(int delta) { return static_cast<std::uint32_t>(delta) << 16; }
     static bool IsInTable(const CItfWnd& wnd)
     {
-        for (const WindowEntry& entry : Toolkit().windows) {
-            if (entry.wnd == &wnd)
-                return true;
-        }
-        return false;
+        return std::ranges::any_of(Toolkit().windows,
+                                   [&wnd](const WindowEntry& entry) { return entry.wnd == &wnd; });
     }
 };
 

@@ -1,21 +1,21 @@
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <cctype>
 #include <map>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "controls/itfeditbox.h"
 #include "platform/clipboard.h"
+#include "support/rows.h"
 #include "support/toolkit_fixture.h"
+
+using seawarden_test::RecordingWnd;
 
 namespace
 {
-
-using seawarden_test::RecordingWnd;
-using seawarden_test::ToolkitTest;
 
 constexpr int BOX_LEFT = 100;
 constexpr int BOX_TOP = 50;
@@ -29,19 +29,19 @@ constexpr std::uint16_t BACK_PIXEL = 0x2104;
 constexpr std::uint32_t MULTI = EDS_MULTILINE;
 constexpr char NOTHING_SELECTED[] = "(nothing)";
 
-const std::map<std::string, int> KEY_NAMES = {
-    {"Left", VK_LEFT}, {"Right", VK_RIGHT},  {"Up", VK_UP},      {"Down", VK_DOWN},  {"Home", VK_HOME},
-    {"End", VK_END},   {"PgUp", VK_PRIOR},   {"PgDn", VK_NEXT},  {"Ins", VK_INSERT}, {"Del", VK_DELETE},
-    {"Back", VK_BACK}, {"Enter", VK_RETURN}, {"Esc", VK_ESCAPE}, {"F5", VK_F1 + 4},
+// What stands for the keys without a character.
+const std::map<char, int> KEY_NAMES = {
+    {'L', VK_LEFT}, {'R', VK_RIGHT},  {'U', VK_UP},     {'D', VK_DOWN},   {'H', VK_HOME},
+    {'E', VK_END},  {'P', VK_PRIOR},  {'N', VK_NEXT},   {'I', VK_INSERT}, {'X', VK_DELETE},
+    {'B', VK_BACK}, {'T', VK_RETURN}, {'C', VK_ESCAPE}, {'F', VK_F1 + 4},
 };
 
 // The key that types a character on a plain keyboard.
 int KeyOf(char character)
 {
     constexpr int punctuation = 0xbc;
-    if (std::isalpha(static_cast<unsigned char>(character)))
-        return std::toupper(character);
-    return std::isdigit(static_cast<unsigned char>(character)) || character == ' ' ? character : punctuation;
+    return std::isalnum(static_cast<unsigned char>(character)) || character == ' ' ? std::toupper(character)
+                                                                                   : punctuation;
 }
 
 std::string Lines(int count)
@@ -61,7 +61,7 @@ std::string CrLf(const std::string& text)
     return result;
 }
 
-class EditBoxTest : public ToolkitTest
+class EditBoxTest : public seawarden_test::ToolkitTest
 {
   protected:
     EditBoxTest()
@@ -89,46 +89,47 @@ class EditBoxTest : public ToolkitTest
         return *m_pBox;
     }
 
-    void Press(const std::string& name)
-    {
-        const bool shift = name.rfind("S-", 0) == 0;
-        const bool control = name.rfind("C-", 0) == 0;
-        const std::string key = shift || control ? name.substr(2) : name;
-        const auto known = KEY_NAMES.find(key);
-        const int code = known != KEY_NAMES.end() ? known->second : std::toupper(key.at(0));
-        if (shift)
-            host.keysDown.insert(VK_SHIFT);
-        if (control)
-            host.keysDown.insert(VK_CONTROL);
-        Key(code);
-        if (code == VK_BACK || code == VK_RETURN || code == VK_ESCAPE)
-            Char(code);
-        else if (control && known == KEY_NAMES.end())
-            Char(code - 'A' + 1);
-        host.keysDown.erase(VK_SHIFT);
-        host.keysDown.erase(VK_CONTROL);
-    }
-
-    // Characters as they are; <Name>, <S-Name> with Shift, <C-Name> with Control.
+    // Characters as they are, and the keys above; + in front holds Shift, * Control.
     void Keys(const std::string& keys)
     {
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            if (keys[i] != '<') {
-                Key(KeyOf(keys[i]));
-                Char(static_cast<unsigned char>(keys[i]));
+        for (const char c : keys) {
+            if (c == '+' || c == '*') {
+                host.keysDown.insert(c == '+' ? VK_SHIFT : VK_CONTROL);
                 continue;
             }
-            const std::size_t end = keys.find('>', i);
-            Press(keys.substr(i + 1, end - i - 1));
-            i = end;
+            const auto named = KEY_NAMES.find(c);
+            const int code = named != KEY_NAMES.end() ? named->second : KeyOf(c);
+            Key(code);
+            if (code == VK_BACK || code == VK_RETURN || code == VK_ESCAPE)
+                Char(code);
+            else if (named == KEY_NAMES.end())
+                Char(host.IsKeyDown(VK_CONTROL) ? code - 'A' + 1 : static_cast<unsigned char>(c));
+            host.keysDown.erase(VK_SHIFT);
+            host.keysDown.erase(VK_CONTROL);
         }
     }
 
     std::string Selection()
     {
         host.clipboard.reset();
-        Press("C-c");
+        Keys("*c");
         return host.clipboard.value_or(NOTHING_SELECTED);
+    }
+    // The text with ^ for the caret, which _ leads to beyond the line's end, and [the selection].
+    std::string Shown()
+    {
+        std::string shown;
+        for (int line = 0; line < m_pBox->GetLineCount(); ++line) {
+            std::string text = m_pBox->GetLine(line);
+            if (line == Caret().line) {
+                const auto col = static_cast<std::size_t>(Caret().col);
+                text.resize(std::max(text.size(), col), '_');
+                text.insert(col, "^");
+            }
+            shown += (line > 0 ? "\r\n" : "") + text;
+        }
+        const std::string selection = Selection();
+        return selection == NOTHING_SELECTED ? shown : shown + "[" + selection + "]";
     }
 
     EditPos Caret() const
@@ -157,150 +158,71 @@ class EditBoxTest : public ToolkitTest
     std::unique_ptr<CItfEditBox> m_pBox;
 };
 
-struct KeyCase {
-    const char* name;
-    std::uint32_t style;
-    int limit; ///< 0 for none; set after the text
-    const char* text;
-    const char* keys;
-    const char* result;
-    EditPos caret;
-    const char* selection = NOTHING_SELECTED;
-};
-
 TEST_F(EditBoxTest, KeysChangeTextCaretAndSelection)
 {
-    const KeyCase cases[] = {
-        {"typing", 0, 0, "", "abc", "abc", {0, 3}},
-        {"typing in the middle", 0, 0, "ac", "<Right>b", "abc", {0, 2}},
-        {"high characters are bytes", 0, 0, "", "\xe9\xff", "\xe9\xff", {0, 2}},
-        {"left of the start", 0, 0, "ab", "<Left>x", "xab", {0, 1}},
-        {"right of the end", 0, 0, "ab", "<End><Right>x", "abx", {0, 3}},
-        {"up and down in one line", 0, 0, "ab", "<Right><Up><Down>", "ab", {0, 1}},
-        {"home and end", 0, 0, "abc", "<End>x<Home>y", "yabcx", {0, 1}},
-        {"delete and backspace", 0, 0, "abcd", "<Right><Right><Del><Back>", "ad", {0, 1}},
-        {"nothing to delete", 0, 0, "ab", "<Back><End><Del>", "ab", {0, 2}},
-        {"other keys", 0, 0, "ab", "<F5><C-q><C-Home>", "ab", {0, 0}},
-
-        {"select to the right", 0, 0, "abcd", "<S-Right><S-Right>", "abcd", {0, 2}, "ab"},
-        {"select to the left", 0, 0, "abcd", "<End><S-Left><S-Left>", "abcd", {0, 2}, "cd"},
-        {"turn round", 0, 0, "abcd", "<Right><Right><S-Right><S-Left><S-Left>", "abcd", {0, 1}, "b"},
-        {"select to both ends", 0, 0, "abcd", "<Right><Right><S-End><S-Home>", "abcd", {0, 0}, "ab"},
-        {"a move drops it", 0, 0, "abcd", "<S-Right><S-Right><Right>", "abcd", {0, 3}},
-        {"a letter replaces it", 0, 0, "abcd", "<S-Right><S-Right>x", "xcd", {0, 1}},
-        {"a blank replaces it", 0, 0, "abcd", "<S-Right> ", " bcd", {0, 1}},
-        {"punctuation drops it first", 0, 0, "abcd", "<S-Right>,", "a,bcd", {0, 2}},
-        {"backspace takes it", 0, 0, "abcd", "<S-Right><S-Right><Back>", "cd", {0, 0}},
-        {"delete takes it", 0, 0, "abcd", "<Right><S-End><Del>", "a", {0, 1}},
-        {"escape drops it", 0, 0, "abcd", "<S-Right><Esc>", "abcd", {0, 1}},
-        {"escape with shift takes it", 0, 0, "abcd", "<S-Right><S-Esc>", "bcd", {0, 0}},
-
-        {"limit", 0, 3, "ab", "xyz", "xab", {0, 1}},
-        {"limit, the selection makes room", 0, 3, "abc", "<S-Right>xy", "xbc", {0, 1}},
-        {"limit, still no room", 0, 3, "abcde", "<S-Right>x", "bcde", {0, 0}},
-        {"limit for each line", MULTI, 2, "", "abc<Enter>def", "ab|de", {1, 2}},
-        {"digits", EDS_DIGITS, 0, "", "1a2.-,x-.", "12.--.", {0, 6}},
-        {"read-only", EDS_READONLY, 0, "abc", "x<Del><Back><Esc><Enter><C-x><C-v><S-Ins>", "abc", {0, 0}},
-        {"read-only selects", EDS_READONLY, 0, "abc", "<Right><S-End>", "abc", {0, 3}, "bc"},
-        {"read-only keeps what is selected", EDS_READONLY, 0, "abc", "<S-End><C-x>xyz", "abc", {0, 3}, "abc"},
-
-        {"enter splits", MULTI, 0, "abcd", "<Right><Right><Enter>x", "ab|xcd", {1, 1}},
-        {"enter among lines",
-         MULTI,
-         0,
-         "a|b|c|d|e|f|g|h|i|j",
-         "<PgDn><Down><Enter>x",
-         "a|b|c|d|e||xf|g|h|i|j",
-         {6, 1}},
-        {"enter takes the selection", MULTI, 0, "abcd", "<Right><S-Right><S-Right><Enter>", "a|d", {1, 0}},
-        {"backspace joins", MULTI, 0, "ab|cd|e", "<Down><Back>x", "abxcd|e", {0, 3}},
-        {"delete joins", MULTI, 0, "ab|cd|e", "<End><Del>x", "abxcd|e", {0, 3}},
-        {"right goes down", MULTI, 0, "ab|cd", "<End><Right>x", "ab|xcd", {1, 1}},
-        {"left goes up", MULTI, 0, "ab|cd", "<Down><Left>x", "abx|cd", {0, 3}},
-        {"first and last line hold", MULTI, 0, "ab|cd", "<Up>x<Down><Down><End>y<Right>", "xab|cdy", {1, 3}},
-        {"lines are kept", MULTI, 0, "a|b|c", "1<Down>2<Down>3<Up>4<Up>5", "1a5|b24|c3", {0, 5}},
-        {"beyond the end: stays", MULTI, 0, "abcd|e|fghi", "<End><Down><Down>x", "abcd|e|fghix", {2, 5}},
-        {"beyond the end: type", MULTI, 0, "abcd|e", "<End><Down>x", "abcd|ex", {1, 5}},
-        {"beyond the end: left", MULTI, 0, "abcd|ef", "<End><Down><Left>x", "abcd|exf", {1, 2}},
-        {"beyond the end: backspace", MULTI, 0, "abcd|ef", "<End><Down><Back>x", "abcd|ex", {1, 2}},
-        {"beyond the end: delete", MULTI, 0, "abcd|ef|g", "<End><Down><Del>x", "abcd|efxg", {1, 3}},
-        {"beyond the end: enter", MULTI, 0, "abcd|ef", "<End><Down><Enter>x", "abcd|ef|x", {2, 1}},
-
-        {"lines: down", MULTI, 0, "ab|cd|ef", "<Right><S-Down><S-Down>", "ab|cd|ef", {2, 1}, "b|cd|e"},
-        {"lines: up", MULTI, 0, "ab|cd|ef", "<Down><Down><Right><S-Up>", "ab|cd|ef", {1, 1}, "d|e"},
-        {"lines: over a line's end", MULTI, 0, "ab|cd", "<End><S-Right><S-Right>", "ab|cd", {1, 1}, "|c"},
-        {"lines: back to a line's end", MULTI, 0, "ab|cd", "<Down><S-Left>", "ab|cd", {0, 2}, "|"},
-        {"lines: back over a line's end", MULTI, 0, "ab|cd", "<Down><S-Left><S-Left>", "ab|cd", {0, 1}, "b|"},
-        {"lines: a column beyond the end", MULTI, 0, "abcd|e|fg", "<End><S-Down>", "abcd|e|fg", {1, 4}, "|e"},
-        {"lines: typing joins", MULTI, 0, "ab|cd|ef", "<Right><S-Down><S-Down>x", "axf", {0, 2}},
-        {"lines: delete up", MULTI, 0, "ab|cd|ef|gh", "<Down><Down><Right><S-Up><Del>x", "ab|cxf|gh", {1, 2}},
-        {"lines: page down", MULTI, 0, "a|b|c|d|e|f", "<PgDn>x<PgDn>y<PgUp>z", "a|bz|c|d|xe|fy", {1, 3}},
-        {"lines: select a page", MULTI, 0, "a|b|c|d|e|f", "<S-PgDn>", "a|b|c|d|e|f", {4, 0}, "a|b|c|d|"},
+    // Each the text or - for none, the keys, and what is shown then.
+    const Rows<std::uint32_t, const char*> cases = {
+        {0, "ac Rb ab^c  ab Lx x^ab  ab ERx abx^  ab RUD a^b  abc ExHy y^abcx  abcd RRXB a^d  "
+            "ab BEXF*q*H ab^  abcd +R+R ab^cd[ab]  abcd RR+R+L+L a^bcd[b]  abcd RR+E+H ^abcd[ab]  "
+            "abcd +R+RR abc^d  abcd +R+Rx x^cd  abcd +R, a,^bcd  abcd +R+RB ^cd  abcd R+EX a^  "
+            "abcd +RC a^bcd  abcd +R+C ^bcd  abcd *c ^abcd"},
+        {EDS_DIGITS, "- 1a2.-,x-. 12.--.^"},
+        {EDS_READONLY, "abc xXBCT*x*v+I ^abc  abc +E*xxyz abc^[abc]"},
+        {MULTI, "abcd RRTx ab|x^cd  a|b|c|d|e|f NTx a|b|c|d||x^e|f  abcd R+R+RT a|^d  "
+                "ab|cd|e DBx abx^cd|e  ab|cd|e EXx abx^cd|e  ab|cd ERx ab|x^cd  ab|cd DLx abx^|cd  "
+                "ab|cd UxDDEyR xab|cdy^  a|b|c 1D2D3U4U5 1a5__^|b24|c3  abcd|e|fghi EDDx abcd|e|fghix^  "
+                "abcd|e EDx abcd|ex___^  abcd|ef EDLx abcd|ex^f  abcd|ef EDBx abcd|ex^  "
+                "abcd|ef|g EDXx abcd|efx^g  abcd|ef EDTx abcd|ef|x^  ab|cd|ef R+D+D ab|cd|e^f[b|cd|e]  "
+                "ab|cd|ef DDR+U ab|c^d|ef[d|e]  ab|cd E+R+R ab|c^d[|c]  ab|cd D+L+L a^b|cd[b|]  "
+                "abcd|e|fg E+D abcd|e___^|fg[|e]  ab|cd|ef R+D+Dx ax^f  ab|cd|ef|gh DDR+UXx ab|cx^f|gh  "
+                "a|b|c|d|e|f NxNyPz a|bz_^|c|d|xe|fy  a|b|c|d|e|f +N a|b|c|d|^e|f[a|b|c|d|]"},
     };
-    for (const KeyCase& c : cases) {
-        SCOPED_TRACE(c.name);
-        CItfEditBox& box = Open(c.style, CrLf(c.text).c_str());
-        box.SetMaxLength(c.limit);
-        host.clipboard = "clip";
-        Keys(c.keys);
-        EXPECT_EQ(box.GetText(), CrLf(c.result));
-        EXPECT_EQ(Caret().line, c.caret.line);
-        EXPECT_EQ(Caret().col, c.caret.col);
-        EXPECT_EQ(Selection(), CrLf(c.selection));
-        EXPECT_EQ(box.GetTextLength(), static_cast<int>(CrLf(c.result).size()) + 1);
+    for (const auto& [style, script] : cases) {
+        std::istringstream in(script);
+        for (std::string text, keys, expected; in >> text >> keys >> expected;) {
+            SCOPED_TRACE(text + " " + keys);
+            CItfEditBox& box = Open(style, text == "-" ? "" : CrLf(text).c_str());
+            Keys(keys);
+            EXPECT_EQ(box.GetTextLength(), static_cast<int>(std::string(box.GetText()).size()) + 1);
+            EXPECT_EQ(Shown(), CrLf(expected));
+        }
     }
 }
 
-TEST_F(EditBoxTest, ClipboardGoesInAndOut)
+TEST_F(EditBoxTest, LimitsAndTheClipboard)
 {
-    const struct {
-        const char* name;
-        std::uint32_t style;
-        int limit;
-        const char* text;
-        const char* clipboard; ///< null for one without a text
-        const char* keys;
-        const char* result;
-        EditPos caret;
-        const char* left = nullptr; ///< in the clipboard; null for what was there
-    } cases[] = {
-        {"paste, the caret stays in front", 0, 0, "xy", "12", "<Right><C-v>", "x12y", {0, 1}},
-        {"paste with Shift and Insert", 0, 0, "xy", "12", "<Right><S-Ins>", "x12y", {0, 1}},
-        {"lines into one line", 0, 0, "xy", "1|2", "<Right><C-v>", "x1y", {0, 1}},
-        {"lines", MULTI, 0, "xy|z", "1|2|3", "<Right><C-v>", "x1|2|3y|z", {0, 1}},
-        {"empty lines", MULTI, 0, "xy", "||", "<Right><C-v>", "x||y", {0, 1}},
-        {"CR and LF alone stay", MULTI, 0, "", "a\rb\nc\n\rd\r", "<C-v>", "a\rb\nc\n\rd\r", {0, 0}},
-        {"behind a short line", MULTI, 0, "abcd|e", "1234567", "<End><Down><C-v>", "abcd|e1234567", {1, 1}},
-        {"limit for each piece", MULTI, 3, "xy", "12345|67890|1", "<Right><C-v>", "x123|678|1y", {0, 1}},
-        {"over a selection of lines", MULTI, 0, "ab|cd|e", "1|2", "<Right><S-Down><C-v>", "a1|2d|e", {0, 1}},
-        {"no text takes the selection", 0, 0, "abcd", nullptr, "<S-Right><C-v>", "bcd", {0, 0}},
-        {"copy", 0, 0, "abcd", "old", "<Right><S-Right><C-c>", "abcd", {0, 2}, "b"},
-        {"copy with Control, Insert", 0, 0, "abcd", "old", "<S-Right><C-Ins>", "abcd", {0, 1}, "a"},
-        {"copy without a selection", 0, 0, "abcd", "old", "<C-c>", "abcd", {0, 0}},
-        {"copy, paste twice",
-         MULTI,
-         0,
-         "ab|cd",
-         "old",
-         "<Right><S-Down><C-c><C-v><C-v>",
-         "ab|cb|cd",
-         {0, 1},
-         "b|c"},
-        {"cut", MULTI, 0, "ab|cd|e", "old", "<Right><S-Down><C-x>x", "axd|e", {0, 2}, "b|c"},
+    // A limit or 0, set after the text; the clipboard or null for one without a text, and null where it
+    // stays.
+    const Rows<std::uint32_t, int, const char*, const char*, const char*, const char*, const char*> cases = {
+        {0, 3, "ab", "clip", "xyz", "x^ab", nullptr},
+        {0, 3, "abc", "clip", "+Rxy", "x^bc", nullptr},
+        {0, 3, "abcde", "clip", "+Rx", "^bcde", nullptr},
+        {MULTI, 2, "", "clip", "abcTdef", "ab|de^", nullptr},
+        {0, 0, "abcd", "clip", "+R ", " ^bcd", nullptr},
+        {0, 0, "", "clip", "\xe9\xff", "\xe9\xff^", nullptr},
+        {0, 0, "xy", "12", "R*v", "x^12y", nullptr},
+        {0, 0, "xy", "12", "R+I", "x^12y", nullptr},
+        {0, 0, "xy", "1|2", "R*v", "x^1y", nullptr},
+        {MULTI, 0, "xy|z", "1|2||3", "R*v", "x^1|2||3y|z", nullptr},
+        {MULTI, 0, "", "a\rb\nc\n\rd\r", "*v", "^a\rb\nc\n\rd\r", nullptr},
+        {MULTI, 0, "abc|e", "1234", "ED*v", "abc|e^1234", nullptr},
+        {MULTI, 0, "ab|cd|e", "1|2", "R+D*v", "a^1|2d|e", nullptr},
+        {0, 0, "abcd", nullptr, "+R*v", "^bcd", nullptr},
+        {0, 0, "abcd", "old", "R+R*c", "ab^cd[b]", "b"},
+        {0, 0, "abcd", "old", "+R*I", "a^bcd[a]", "a"},
+        {MULTI, 0, "a|c", "old", "+D*c*v*v", "^a|a|c", "a|"},
+        {MULTI, 0, "ab|cd|e", "old", "R+D*xx", "ax^d|e", "b|c"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        CItfEditBox& box = Open(c.style, CrLf(c.text).c_str());
-        box.SetMaxLength(c.limit);
-        const auto before = c.clipboard ? std::optional(CrLf(c.clipboard)) : std::nullopt;
+    for (const auto& [style, limit, text, clipboard, keys, expected, left] : cases) {
+        SCOPED_TRACE(std::string(text) + ", " + keys);
+        Open(style, CrLf(text).c_str()).SetMaxLength(limit);
+        const auto before = clipboard ? std::optional(CrLf(clipboard)) : std::nullopt;
         host.clipboard = before;
-        Keys(c.keys);
-        EXPECT_EQ(box.GetText(), CrLf(c.result));
-        EXPECT_EQ(Caret().line, c.caret.line);
-        EXPECT_EQ(Caret().col, c.caret.col);
-        EXPECT_EQ(host.clipboard, c.left ? std::optional(CrLf(c.left)) : before);
+        Keys(keys);
+        EXPECT_EQ(host.clipboard, left ? std::optional(CrLf(left)) : before);
         EXPECT_TRUE(OpenClipboard(nullptr)) << "the clipboard was left open";
         CloseClipboard();
+        EXPECT_EQ(Shown(), CrLf(expected));
     }
 }
 
@@ -309,7 +231,7 @@ TEST_F(EditBoxTest, BusyClipboardChangesNothing)
     CItfEditBox& box = Open(0, "abcd");
     host.clipboard = "12";
     ASSERT_TRUE(OpenClipboard(nullptr));
-    Keys("<S-Right><C-v><C-x><C-c>");
+    Keys("+R*v*x*c");
     CloseClipboard();
     EXPECT_STREQ(box.GetText(), "abcd");
     EXPECT_EQ(host.clipboard, "12");
@@ -319,52 +241,47 @@ TEST_F(EditBoxTest, BusyClipboardChangesNothing)
 // Quadratic work on any of these would take hours.
 TEST_F(EditBoxTest, HugeTextsStayUsable)
 {
-    constexpr std::size_t megabyte = 1024 * 1024;
-    const std::string flat(10 * megabyte, 'w');
-    std::string lines;
-    while (lines.size() < 10 * megabyte)
-        lines += "a line of text\r\n";
-    const int count = static_cast<int>(lines.size() / 16);
-
+    constexpr int MEGABYTE = 1024 * 1024;
+    constexpr int COUNT = 10 * MEGABYTE / 16;
+    host.clipboard = std::string(10 * MEGABYTE, 'w');
     CItfEditBox& single = Open(0, "[]");
-    host.clipboard = flat;
-    Keys("<Right><C-v><End>x<Left><Back><S-Home>");
-    EXPECT_EQ(single.GetTextLength(), static_cast<int>(flat.size() + 3));
-    EXPECT_EQ(Selection().size(), flat.size() + 1);
+    Keys("R*vExLB+H");
+    EXPECT_EQ(single.GetTextLength(), 10 * MEGABYTE + 3);
+    EXPECT_EQ(Selection().size(), 10u * MEGABYTE + 1);
 
     CItfEditBox& multi = Open(MULTI, "[]");
+    std::string lines;
+    for (int i = 0; i < COUNT; ++i)
+        lines += "a line of text\r\n";
     host.clipboard = lines;
-    Keys("<Right><C-v>");
-    EXPECT_EQ(multi.GetLineCount(), count + 1);
+    Keys("R*v");
+    EXPECT_EQ(multi.GetLineCount(), COUNT + 1);
     EXPECT_STREQ(multi.GetLine(0), "[a line of text");
-    EXPECT_STREQ(multi.GetLine(count), "]");
-    multi.SetCaret(count, 0);
-    Keys("<Up><Right>x");
-    EXPECT_STREQ(multi.GetLine(count - 1), "ax line of text");
+    EXPECT_STREQ(multi.GetLine(COUNT), "]");
+    multi.SetCaret(COUNT, 0);
+    Keys("URx");
+    EXPECT_STREQ(multi.GetLine(COUNT - 1), "ax line of text");
 
     // A press far right in a long line, then typing at its end.
-    CItfEditBox& box = Open(0, std::string(megabyte, 'w').c_str());
-    Keys("<End>");
-    const int shown = TopLeft().col;
-    EXPECT_EQ(shown, static_cast<int>(megabyte) - 25);
+    CItfEditBox& box = Open(0, std::string(MEGABYTE, 'w').c_str());
+    Keys("E");
+    EXPECT_EQ(TopLeft().col, MEGABYTE - 25);
     for (int i = 0; i < 200; ++i) {
         Press(BOX_WIDTH - 1, 5);
         Keys("x");
     }
-    EXPECT_EQ(box.GetTextLength(), static_cast<int>(megabyte) + 201);
+    EXPECT_EQ(box.GetTextLength(), MEGABYTE + 201);
 }
 
 TEST_F(EditBoxTest, TextByCall)
 {
     CItfEditBox& box = Open(MULTI, "ab\r\n\r\ncd");
     EXPECT_EQ(box.GetLineCount(), 3);
-    EXPECT_EQ(box.GetTextLength(), 9);
     EXPECT_STREQ(box.GetLine(1), "");
     EXPECT_STREQ(box.GetLine(2), "cd");
-    EXPECT_EQ(box.GetLine(3), nullptr);
-    EXPECT_EQ(box.GetLine(-1), nullptr);
+    EXPECT_TRUE(box.GetLine(3) == nullptr && box.GetLine(-1) == nullptr);
 
-    Keys("<Down><Down><S-Right><S-Right>");
+    Keys("DD+R+R");
     box.SetText(box.GetText()); // its own copy
     EXPECT_STREQ(box.GetText(), "ab\r\n\r\ncd");
     EXPECT_EQ(Caret(), (EditPos{0, 0}));
@@ -372,20 +289,19 @@ TEST_F(EditBoxTest, TextByCall)
     box.SetText(nullptr);
     EXPECT_STREQ(box.GetText(), "");
     EXPECT_EQ(box.GetLineCount(), 1);
-    EXPECT_EQ(box.GetTextLength(), 1);
 
     // SetCaret holds the line, and what follows goes to that line.
     box.SetText("ab\r\ncd\r\nef");
     box.SetCaret(7, -3);
     EXPECT_EQ(Caret(), (EditPos{2, 0}));
-    Keys("x<Up>y");
+    Keys("xUy");
     box.SetCaret(-1, 9);
     Keys("z");
     EXPECT_STREQ(box.GetText(), "abz\r\ncyd\r\nxef");
     // So it does where lines are no longer exchanged.
     box.SetStyle(0);
     box.SetCaret(1, 1);
-    Keys("1<Back><Back><Back><Del>");
+    Keys("1BBBX");
     EXPECT_STREQ(box.GetText(), "abzd\r\nxef");
 
     // The limit cuts a text that is set, and a long text that is there stays.
@@ -398,61 +314,42 @@ TEST_F(EditBoxTest, TextByCall)
     EXPECT_STREQ(box.GetText(), "abcd");
 }
 
-TEST_F(EditBoxTest, ModifiedFollowsEdits)
+TEST_F(EditBoxTest, ModifiedFollowsEditsAndEnterIsTheOnlyReport)
 {
-    const struct {
-        const char* keys;
-        std::uint32_t style;
-        bool modified;
-    } cases[] = {
-        {"<Home><End><S-Left><C-c><Up><PgDn><F5>", MULTI, false},
-        {"x", 0, true},
-        {"<Back>", 0, true},
-        {"<Del>", 0, true},
-        {"<C-v>", 0, true},
-        {"<S-Right><C-x>", 0, true},
-        {"<Esc>", 0, true},
-        {"<Ins>", 0, true},
-        {"<Enter>", 0, false},
-        {"<Enter>", MULTI, true},
-        {"x", EDS_DIGITS, false},
-        {"x<Back><Del><C-v><C-x><Esc>", EDS_READONLY, false},
+    const Rows<std::uint32_t, const char*, bool, std::size_t> cases = {
+        {0, "x B X *v +R*x C I", true, 0},
+        {0, "T", false, 1},
+        {MULTI, "T", true, 0},
+        {MULTI, "HE+L*cUNF", false, 0},
+        {EDS_DIGITS, "xT", false, 1},
+        {EDS_READONLY, "xBX*v*xCT", false, 0},
+        {MULTI | EDS_READONLY, "T", false, 0},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.keys);
-        CItfEditBox& box = Open(c.style, "1");
-        EXPECT_TRUE(box.IsModified()) << "SetText";
-        box.SetModified(false);
-        host.clipboard = "2";
-        Keys(c.keys);
-        EXPECT_EQ(box.IsModified(), c.modified);
+    for (const auto& [style, script, modified, reports] : cases) {
+        std::istringstream in(script);
+        for (std::string keys; in >> keys;) {
+            SCOPED_TRACE(keys);
+            CItfEditBox& box = Open(style, "1");
+            EXPECT_TRUE(box.IsModified()) << "SetText";
+            box.SetModified(false);
+            host.clipboard = "2";
+            Keys(keys);
+            EXPECT_EQ(box.IsModified(), modified);
+            ASSERT_EQ(m_pParent->got.size(), reports);
+            for (const RecordingWnd::Got& got : m_pParent->got) {
+                EXPECT_EQ(got.msg, static_cast<std::uint32_t>(ITFM_NOTIFY));
+                EXPECT_EQ(got.wParam, static_cast<std::uint32_t>(EDIT_ENTER));
+                EXPECT_EQ(got.lParam, CONTROL_ID);
+            }
+        }
     }
     CItfEditBox fresh;
     ASSERT_TRUE(fresh.Create("", "", nullptr, nullptr, 0, 0, &engine));
     EXPECT_FALSE(fresh.IsModified());
-}
-
-TEST_F(EditBoxTest, EnterIsTheOnlyReport)
-{
-    const struct {
-        std::uint32_t style;
-        std::size_t reports;
-    } cases[] = {{0, 1}, {EDS_DIGITS, 1}, {EDS_READONLY, 0}, {MULTI, 0}, {MULTI | EDS_READONLY, 0}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.style);
-        Open(c.style);
-        Keys("1<Back><Enter>");
-        ASSERT_EQ(m_pParent->got.size(), c.reports);
-        if (c.reports != 0) {
-            EXPECT_EQ(m_pParent->got[0].msg, static_cast<std::uint32_t>(ITFM_NOTIFY));
-            EXPECT_EQ(m_pParent->got[0].wParam, static_cast<std::uint32_t>(EDIT_ENTER));
-            EXPECT_EQ(m_pParent->got[0].lParam, CONTROL_ID);
-        }
-    }
     // The parent may delete the box in its handler.
     Open(0);
     m_pParent->onMessage = [this](const RecordingWnd::Got&) { m_pBox.reset(); };
-    Keys("<Enter>");
+    Keys("T");
     EXPECT_EQ(m_pBox, nullptr);
 }
 
@@ -460,70 +357,40 @@ TEST_F(EditBoxTest, ViewFollowsTheCaret)
 {
     const std::string sixty(60, 'w');
     const std::string ten = Lines(10);
-    const struct {
-        const char* name;
-        std::uint32_t style;
-        std::string text;
-        std::string keys;
-        EditPos topLeft;
-    } cases[] = {
-        {"fits", 0, std::string(25, 'w'), "<End>", {0, 0}},
-        {"typed past the edge", 0, std::string(25, 'w'), "<End>xx", {0, 2}},
-        {"end of a long line", 0, sixty, "<End>", {0, 35}},
-        {"left edge not reached", 0, sixty, "<End>" + std::string("<Left><Left><Left><Left>"), {0, 35}},
-        {"home", 0, sixty, "<End><Home>", {0, 0}},
-        {"shortened to nothing", 0, sixty, "<End><S-Home><Del>", {0, 0}},
-        {"a short line below", MULTI, sixty + "\r\nab", "<End><Down>", {0, 0}},
-        {"paste doesn't follow what it brings", 0, sixty, "<C-v>", {0, 0}},
-
-        {"down to the edge", MULTI, ten, "<Down><Down><Down>", {0, 0}},
-        {"down past the edge", MULTI, ten, "<Down><Down><Down><Down>", {1, 0}},
-        {"last line", MULTI, ten, "<PgDn><PgDn><PgDn>", {6, 0}},
-        {"up within the view", MULTI, ten, "<PgDn><PgDn><PgDn><Up><Up><Up>", {6, 0}},
-        {"up past the edge", MULTI, ten, "<PgDn><PgDn><PgDn><Up><Up><Up><Up>", {5, 0}},
-        {"fewer lines than a page", MULTI, "a\r\nb", "<Down>", {0, 0}},
-        {"the last line goes to the bottom",
-         MULTI,
-         ten,
-         "<PgDn><PgDn><PgDn><Up><Up><Up><S-Down><S-Down><S-Down><Del>",
-         {3, 0}},
-        {"lines deleted from below", MULTI, ten, "<PgDn><PgDn><PgDn><S-PgUp><S-PgUp><S-PgUp><Del>", {0, 0}},
+    // Each the keys and the first line and column shown then. From the left edge it goes ten columns at once,
+    // a paste isn't followed, and with lines deleted the last one goes to the bottom.
+    const Rows<std::uint32_t, std::string, const char*> cases = {
+        {0, std::string(25, 'w'), "E 0 0  Exx 0 2"},
+        {0, sixty,
+         "ELLLLLLLLLLLLLLLLLLLLLLLL 0 35  ELLLLLLLLLLLLLLLLLLLLLLLLL 0 25  EH 0 0  E+HX 0 0  *v 0 0"},
+        {MULTI, sixty + "\r\nab", "ED 0 0"},
+        {MULTI, ten, "DDD 0 0  DDDD 1 0  NNNUUU 6 0  NNNUUUU 5 0  NNNUUU+D+D+DX 3 0  NNN+P+P+PX 0 0"},
+        {MULTI, "a\r\nb", "D 0 0"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        Open(c.style, c.text.c_str());
-        host.clipboard = sixty;
-        Keys(c.keys);
-        const EditPos got = TopLeft();
-        EXPECT_EQ(got.line, c.topLeft.line);
-        EXPECT_EQ(got.col, c.topLeft.col);
+    for (const auto& [style, text, script] : cases) {
+        std::istringstream in(script);
+        EditPos topLeft;
+        for (std::string keys; in >> keys >> topLeft.line >> topLeft.col;) {
+            Open(style, text.c_str());
+            host.clipboard = sixty;
+            Keys(keys);
+            EXPECT_EQ(TopLeft(), topLeft) << text << " " << keys;
+        }
     }
     // Not even one character fits: the one before the caret shows.
     Open(0, "abc", 12);
-    Keys("<End>");
+    Keys("E");
     EXPECT_EQ(TopLeft().col, 2);
     // Cutting doesn't scroll, but never leaves the view behind the last line.
     Open(MULTI, ten.c_str());
-    Keys("<S-PgDn><S-PgDn><S-PgDn><C-x>");
+    Keys("+N+N+N*x");
     EXPECT_STREQ(m_pBox->GetText(), "L9");
     EXPECT_EQ(BoxPixel(0, 0), TEXT_PIXEL);
-    // The caret leaves the view on the left: ten columns at once.
-    Open(0, sixty.c_str());
-    Keys("<End>");
-    for (int col = 59; col >= 36; --col)
-        Keys("<Left>");
-    EXPECT_EQ(Caret().col, 36);
-    Keys("<Left>");
-    EXPECT_EQ(TopLeft().col, 25);
 }
 
 TEST_F(EditBoxTest, PressFindsLineAndColumn)
 {
-    const struct {
-        int x;
-        int y;
-        EditPos caret;
-    } cases[] = {
+    const Rows<int, int, EditPos> cases = {
         {0, 0, {0, 0}},   {3, 0, {0, 0}},   {4, 0, {0, 1}},   {11, 9, {0, 1}},   {12, 9, {0, 2}},
         {35, 0, {0, 4}},  {36, 0, {0, 5}},  {150, 0, {0, 5}}, {19, 10, {1, 2}},  {20, 10, {1, 3}},
         {20, 20, {2, 0}}, {20, 39, {3, 1}}, {20, 45, {3, 1}}, {20, 300, {3, 1}},
@@ -531,11 +398,9 @@ TEST_F(EditBoxTest, PressFindsLineAndColumn)
     CItfEditBox& box = Open(MULTI, "abcde\r\nabc\r\n\r\na", BOX_WIDTH, 400);
     // Not counted in: the inner rectangle's corner.
     box.SetInnerRect({30, 7, BOX_WIDTH, 400});
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::to_string(c.x) + ", " + std::to_string(c.y));
-        Press(c.x, c.y);
-        EXPECT_EQ(Caret().line, c.caret.line);
-        EXPECT_EQ(Caret().col, c.caret.col);
+    for (const auto& [x, y, caret] : cases) {
+        Press(x, y);
+        EXPECT_EQ(Caret(), caret) << x << ", " << y;
     }
 }
 
@@ -580,13 +445,13 @@ TEST_F(EditBoxTest, DrawsTextCaretAndSelection)
     const auto selected = [this](int col, int line) {
         return BoxPixel(4 + 8 * col + 4, 3 + 10 * line + 5) == SELECTION_PIXEL;
     };
-    Keys("<Right><Right>");
+    Keys("RR");
     EXPECT_EQ(BoxPixel(4, 3), TEXT_PIXEL);
     EXPECT_EQ(BoxPixel(3, 3), BACK_PIXEL);
     EXPECT_EQ(BoxPixel(4 + 8 * 4, 3), BACK_PIXEL) << "behind the text";
     EXPECT_EQ(BoxPixel(4, 3 + 25), TEXT_PIXEL) << "the third line";
 
-    Keys("<S-Down><S-Down>"); // from 0, 2 to the end of line 2
+    Keys("+D+D"); // from 0, 2 to the end of line 2
     const bool expected[3][4] = {
         {false, false, true, true}, {true, true, true, true}, {true, true, false, false}};
     for (int line = 0; line < 3; ++line) {
@@ -624,7 +489,7 @@ TEST_F(EditBoxTest, OverlapsAreMeasuredAsTheFontDoes)
     ASSERT_TRUE(box.SetFont("odd"));
     const CItfFont* font = box.GetFont(box.GetFont());
 
-    Keys("<End>");
+    Keys("E");
     const int left = TopLeft().col;
     // The view begins at the first column that leaves the end in sight.
     EXPECT_LE(font->GetWidth(text.c_str() + left), BOX_WIDTH - 5);
@@ -654,9 +519,9 @@ TEST_F(EditBoxTest, SurvivesAMissingFontAndATinyRectangle)
     for (const RECT& inner : {RECT{0, 0, 3, 5}, RECT{0, 0, 0, 0}, RECT{10, 10, 5, 5}}) {
         box.SetInnerRect(inner);
         const EditPos before = Caret();
-        Keys("<PgUp><PgDn>");
+        Keys("PN");
         EXPECT_EQ(Caret(), before) << "no line fits, so a page is none";
-        Keys("<PgUp><PgUp><PgDn><End>xyz<Home><Enter><S-PgDn><Del><Back>");
+        Keys("PPNExyzHT+NXB");
     }
     EXPECT_GE(box.GetLineCount(), 1);
 }
@@ -665,8 +530,7 @@ TEST_F(EditBoxTest, SurvivesAMissingFontAndATinyRectangle)
 TEST_F(EditBoxTest, MayGoWhileItRepaints)
 {
     host.clipboard = "pasted";
-    for (const char* keys :
-         {"a", "<Back>", "<Del>", "<S-Ins>", "<C-v>", "<C-x>", "<Left>", "<Esc>", "<Enter>"}) {
+    for (const std::string keys : {"a", "B", "X", "+I", "*v", "*x", "L", "C", "T"}) {
         SCOPED_TRACE(keys);
         Open(MULTI, "text");
         auto clear = std::make_unique<CItfEditBox>();
@@ -676,8 +540,8 @@ TEST_F(EditBoxTest, MayGoWhileItRepaints)
         clear->Show(true);
         clear->SetFocus();
         clear->SetCaret(0, 2);
-        if (std::string(keys) == "<C-x>")
-            Keys("<S-End>");
+        if (keys == "*x")
+            Keys("+E");
         m_pParent->onDraw = [&] { clear.reset(); };
         Keys(keys);
         EXPECT_EQ(clear, nullptr);

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "flow/text_numbers.h"
 #include "controls/itfeditbox.h"
 #include "controls/itfreportbox.h"
 #include "controls/itftextbox.h"
@@ -33,11 +34,11 @@ class FileDlgTest : public ToolkitTest
         fs::create_directories(userFolder / "home");
         host.homeFolder = (userFolder / "home").string();
         host.mountPoints = {(userFolder / "Scenarios/Zulu").string(), "/no/such/drive"};
-        engine.textTable.texts = {{CFileDlg::TEXT_DESKTOP, "Desktop"},
-                                  {CFileDlg::TEXT_COMPUTER, "Computer"},
-                                  {CFileDlg::TEXT_HOME, "Home"},
-                                  {CFileDlg::TEXT_PLAYER_FOLDER, "Mine"},
-                                  {CFileDlg::TEXT_GAME_FOLDER, "Game"}};
+        engine.textTable.texts = {{TEXT_DESKTOP, "Desktop"},
+                                  {TEXT_COMPUTER, "Computer"},
+                                  {TEXT_HOME, "Home"},
+                                  {TEXT_PLAYER_FOLDER, "Mine"},
+                                  {TEXT_GAME_FOLDER, "Game"}};
         engine.refused.insert("shader");
         Start(EVENT_MAIN_MENU);
         ASSERT_TRUE(parent.Create(nullptr, nullptr, nullptr, nullptr, 1, 0, &engine));

@@ -43,10 +43,11 @@ class MenuTest : public ControlTest
 
     static RECT Slot(int index) { return {10, ITEM_H * index, 10 + ITEM_W, ITEM_H * (index + 1)}; }
     void Send(std::uint32_t msg, int slot) { menu->Dispatch(msg, 0, At(*menu, 10, ITEM_H * slot)); }
+    using Colour = std::vector<std::uint16_t>;
     /// Of the text of each item: normal white, lit yellow, disabled red.
-    std::vector<std::uint16_t> Colours()
+    Colour Colours()
     {
-        std::vector<std::uint16_t> colours;
+        Colour colours;
         for (int i = 0; i < 3; ++i)
             colours.push_back(Pixel(LEFT + 10 + ITEM_W / 2, TOP + ITEM_H * i + ITEM_H / 2));
         return colours;
@@ -57,35 +58,31 @@ TEST_F(MenuTest, PointerAndPresses)
 {
     constexpr std::uint32_t MOVE = WM_MOUSEMOVE;
     constexpr std::uint32_t PRESS = WM_LBUTTONDOWN;
-    using Colour = std::vector<std::uint16_t>;
-    const struct {
-        std::uint32_t msg;
-        int slot; // 3 lies below the last item
-        int hot;
-        Colour shown;
-        int command; // 0 for none
-    } steps[] = {
-        {MOVE, 0, 0, Colour{YELLOW, RED, WHITE}, 0},   {MOVE, 2, 2, Colour{WHITE, RED, YELLOW}, 0},
-        {MOVE, 3, -1, Colour{WHITE, RED, YELLOW}, 0}, // beside the items the last one stays lit
-        {PRESS, 3, -1, Colour{WHITE, RED, YELLOW}, 0}, {PRESS, 0, -1, Colour{YELLOW, RED, WHITE}, 1},
-        {MOVE, 1, 1, Colour{WHITE, RED, WHITE}, 0},    {PRESS, 1, 1, Colour{WHITE, RED, WHITE}, 0},
-        {PRESS, 2, 1, Colour{WHITE, RED, YELLOW}, 3},
+    // Slot 3 lies below the last item; beside the items the last one stays lit. Command 0 is none.
+    const Rows<std::uint32_t, int, int, Colour, int> steps = {
+        {MOVE, 0, 0, {YELLOW, RED, WHITE}, 0},   {MOVE, 2, 2, {WHITE, RED, YELLOW}, 0},
+        {MOVE, 3, -1, {WHITE, RED, YELLOW}, 0},  {PRESS, 3, -1, {WHITE, RED, YELLOW}, 0},
+        {PRESS, 0, -1, {YELLOW, RED, WHITE}, 1}, {MOVE, 1, 1, {WHITE, RED, WHITE}, 0},
+        {PRESS, 1, 1, {WHITE, RED, WHITE}, 0},   {PRESS, 2, 1, {WHITE, RED, YELLOW}, 3},
     };
-    for (std::size_t i = 0; i < std::size(steps); ++i) {
-        SCOPED_TRACE(i);
+    for (const auto& [msg, slot, hot, shown, command] : steps) {
+        SCOPED_TRACE(std::to_string(msg) + " " + std::to_string(slot));
         engine.sound.played.clear();
-        Send(steps[i].msg, steps[i].slot);
-        EXPECT_EQ(menu->GetHotItem(), steps[i].hot);
-        EXPECT_EQ(Colours(), steps[i].shown);
-        const bool pressed = steps[i].command != 0;
-        EXPECT_EQ(engine.sound.played, std::vector<std::string>(pressed ? 1 : 0, "itfMenuClick"));
+        Send(msg, slot);
+        EXPECT_EQ(menu->GetHotItem(), hot);
+        EXPECT_EQ(Colours(), shown);
+        const std::size_t reports = command != 0 ? 1 : 0;
+        EXPECT_EQ(engine.sound.played, std::vector<std::string>(reports, "itfMenuClick"));
         EXPECT_TRUE(TakeGot(ITFM_COMMAND).empty()) << "the report has to wait for the next frame";
         CItfWnd::DeliverPosted();
-        std::vector<Words> expected;
-        if (pressed)
-            expected.emplace_back(10, steps[i].command);
-        EXPECT_EQ(TakeGot(ITFM_COMMAND), expected);
+        EXPECT_EQ(TakeGot(ITFM_COMMAND), std::vector<Words>(reports, {ID, command}));
     }
+    // The earlier of two overlapping items is hit.
+    menu->AddItem("over", 4, "", {10, 0, 300, 300}, "");
+    Send(MOVE, 1);
+    EXPECT_EQ(menu->GetHotItem(), 1);
+    Send(MOVE, 5);
+    EXPECT_EQ(menu->GetHotItem(), 3);
 }
 
 TEST_F(MenuTest, OnlyTheNewItemsBackgroundIsRepainted)
@@ -93,48 +90,27 @@ TEST_F(MenuTest, OnlyTheNewItemsBackgroundIsRepainted)
     Send(WM_MOUSEMOVE, 0);
     ClearScreen(GREEN);
     Send(WM_MOUSEMOVE, 0);
-    EXPECT_EQ(Colours(), (std::vector<std::uint16_t>{GREEN, GREEN, GREEN})) << "it was hot already";
+    EXPECT_EQ(Colours(), (Colour{GREEN, GREEN, GREEN})) << "it was hot already";
     Send(WM_MOUSEMOVE, 2);
     EXPECT_EQ(Extent(BLUE), (RECT{LEFT + 10, TOP + 2 * ITEM_H, LEFT + 10 + ITEM_W, TOP + 3 * ITEM_H}));
-    EXPECT_EQ(Colours(), (std::vector<std::uint16_t>{WHITE, RED, YELLOW}));
-}
-
-TEST_F(MenuTest, TickDrawsTheLitItemOnceMore)
-{
-    const struct {
-        int slot;
-        std::vector<std::uint16_t> drawn;
-    } cases[] = {{2, {GREEN, GREEN, YELLOW}}, {1, {GREEN, GREEN, GREEN}}};
-    for (const auto& test : cases) {
-        Send(WM_MOUSEMOVE, test.slot);
+    EXPECT_EQ(Colours(), (Colour{WHITE, RED, YELLOW}));
+    // A tick draws the lit item once more.
+    for (const auto& [slot, drawn] :
+         Rows<int, Colour>{{2, {GREEN, GREEN, YELLOW}}, {1, {GREEN, GREEN, GREEN}}}) {
+        Send(WM_MOUSEMOVE, slot);
         ClearScreen(GREEN);
         menu->OnTick(20);
-        EXPECT_EQ(Colours(), test.drawn) << test.slot;
+        EXPECT_EQ(Colours(), drawn) << slot;
     }
-}
-
-TEST_F(MenuTest, EarlierOfTwoOverlappingItemsIsHit)
-{
-    menu->AddItem("over", 4, "", {10, 0, 300, 300}, "");
-    Send(WM_MOUSEMOVE, 1);
-    EXPECT_EQ(menu->GetHotItem(), 1);
-    Send(WM_MOUSEMOVE, 5);
-    EXPECT_EQ(menu->GetHotItem(), 3);
 }
 
 TEST_F(MenuTest, ItemTakesFlagsNameAndExtra)
 {
-    const struct {
-        const char* style;
-        std::uint32_t flags;
-    } styles[] = {{"", 0}, {"POPUP", 0x4}, {"DISABLED|POPUP", 0x24}, {"xDISABLEDx", 0x20}, {"disabled", 0}};
-    for (const auto& test : styles)
-        EXPECT_EQ(ItfMenuItem::ParseFlags(test.style), test.flags) << test.style;
-
-    menu->AddItem("1234567890123456789012345678901", 5, "", Slot(3), "extra");
-    menu->AddItem("12345678901234567890123456789012", 6, "", Slot(4), "");
+    for (const auto& [style, flags] : Rows<const char*, std::uint32_t>{
+             {"", 0}, {"POPUP", 0x4}, {"DISABLED|POPUP", 0x24}, {"xDISABLEDx", 0x20}, {"disabled", 0}})
+        EXPECT_EQ(ItfMenuItem::ParseFlags(style), flags) << style;
+    menu->AddItem("12345678901234567890123456789012", 5, "", Slot(3), "extra");
     EXPECT_STREQ(menu->GetRoot().GetItem(3)->m_szName, "1234567890123456789012345678901");
-    EXPECT_STREQ(menu->GetRoot().GetItem(4)->m_szName, "1234567890123456789012345678901");
     EXPECT_EQ(menu->GetRoot().GetItem(3)->m_Extra, "extra");
 }
 
@@ -145,32 +121,28 @@ TEST_F(MenuTest, ItemsAreFoundDepthFirstAndTheirStateBitsSet)
     inner.SetName("inner");
     ItfMenuItem& root = menu->GetRoot();
     root.GetItem(0)->AddItem(inner);
-    EXPECT_TRUE(root.m_bHasItems && root.GetItem(0)->m_bHasItems);
-    EXPECT_FALSE(root.GetItem(1)->m_bHasItems);
+    EXPECT_TRUE(root.m_bHasItems && root.GetItem(0)->m_bHasItems && !root.GetItem(1)->m_bHasItems);
     EXPECT_STREQ(root.FindItem(3)->m_szName, "inner");
     EXPECT_EQ(root.FindItem(99), nullptr);
     EXPECT_EQ(root.FindItem(-1), &root);
-    EXPECT_EQ(root.GetItem(-1), nullptr);
-    EXPECT_EQ(root.GetItem(3), nullptr);
+    EXPECT_TRUE(root.GetItem(-1) == nullptr && root.GetItem(3) == nullptr);
 
-    const auto states = [&] {
-        std::vector<std::uint32_t> all;
-        for (const ItfMenuItem& item : root.m_Items)
-            all.push_back(item.m_nState);
-        return all;
+    // Another bit, or an index out of range, leaves the highlights alone.
+    const Rows<bool, int, std::uint32_t, std::vector<std::uint32_t>> steps = {
+        {true, -1, 3, {3, 3, 3}},
+        {true, 1, 4, {3, 7, 3}},
+        {true, 3, MENUITEM_HIGHLIGHTED, {3, 7, 3}},
+        {true, 2, MENUITEM_HIGHLIGHTED, {2, 6, 3}},
+        {false, 1, 2, {2, 4, 3}},
+        {false, -1, 3, {0, 4, 0}},
     };
-    using States = std::vector<std::uint32_t>;
-    root.SetItemState(-1, 3);
-    EXPECT_EQ(states(), (States{3, 3, 3}));
-    root.SetItemState(1, 4); // another bit, or an index out of range, leaves the highlights alone
-    root.SetItemState(3, MENUITEM_HIGHLIGHTED);
-    EXPECT_EQ(states(), (States{3, 7, 3}));
-    root.SetItemState(2, MENUITEM_HIGHLIGHTED);
-    EXPECT_EQ(states(), (States{2, 6, 3}));
-    root.ClearItemState(1, 2);
-    EXPECT_EQ(states(), (States{2, 4, 3}));
-    root.ClearItemState(-1, 3);
-    EXPECT_EQ(states(), (States{0, 4, 0}));
+    for (const auto& [set, index, bits, expected] : steps) {
+        set ? root.SetItemState(index, bits) : root.ClearItemState(index, bits);
+        std::vector<std::uint32_t> states;
+        for (const ItfMenuItem& item : root.m_Items)
+            states.push_back(item.m_nState);
+        EXPECT_EQ(states, expected) << index << " " << bits;
+    }
 }
 
 TEST_F(MenuTest, WorksWithoutFontsAndWithoutAParent)

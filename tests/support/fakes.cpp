@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <strings.h>
 
 namespace seawarden_test
@@ -11,27 +10,11 @@ namespace seawarden_test
 namespace
 {
 
-// Ids of the fake's subsystems, apart from every scene id.
-constexpr int SUBSYSTEM_ID_BASE = 1000;
 constexpr std::size_t TEXT_VALUE_SIZE = 260;
 
 bool SameName(const std::string& a, const std::string& b)
 {
     return strcasecmp(a.c_str(), b.c_str()) == 0;
-}
-
-std::string Call(const char* name, std::initializer_list<int> values)
-{
-    std::string line = name;
-    for (const int value : values)
-        line += " " + std::to_string(value);
-    return line;
-}
-
-void FillHostWords(Entity& entity, int id)
-{
-    std::memset(entity.m_HostWords, 0, sizeof(entity.m_HostWords));
-    entity.m_HostWords[Entity::HOSTWORD_ID] = id;
 }
 
 } // namespace
@@ -53,15 +36,6 @@ void FakePlayList::Stop(int fade)
     current = -1;
 }
 
-void FakePlayList::Skip()
-{
-    calls.push_back("Skip");
-}
-void FakePlayList::Select(int list, int on)
-{
-    calls.push_back(Call("Select", {list, on}));
-}
-
 bool FakeProfile::SelectSection(const char* name, int create)
 {
     if (create == 0 && sections.count(name) == 0)
@@ -73,8 +47,6 @@ bool FakeProfile::SelectSection(const char* name, int create)
 
 bool FakeProfile::Write(const char* key, const char* format, const void* value)
 {
-    if (!writable)
-        return false;
     std::string& kept = sections[section][key];
     switch (*format) {
     case 'l':
@@ -114,11 +86,6 @@ bool FakeProfile::Read(const char* key, const char* format, void* out)
     return true;
 }
 
-void FakeSound::Play(const char* name, int, int)
-{
-    played.push_back(name);
-}
-
 int FakeVideo::Open(const char* call, const char* file, const std::string& rest)
 {
     calls.push_back(std::string(call) + " " + file + rest);
@@ -128,17 +95,6 @@ int FakeVideo::Open(const char* call, const char* file, const std::string& rest)
     return m_nNext++;
 }
 
-int FakeVideo::OpenVideo(const char* file, int flags)
-{
-    return Open("OpenVideo", file, " " + std::to_string(flags));
-}
-
-void FakeVideo::SetVideoTarget(int video, int surface, const RECT* rect)
-{
-    calls.push_back(
-        Call("SetVideoTarget", {video, surface, rect->left, rect->top, rect->right, rect->bottom}));
-}
-
 void FakeVideo::PlayVideo(int video, int background)
 {
     calls.push_back(Call("PlayVideo", {video, background}));
@@ -146,20 +102,10 @@ void FakeVideo::PlayVideo(int video, int background)
         running.insert(video);
 }
 
-bool FakeVideo::IsVideoRunning(int video)
-{
-    return running.count(video) != 0;
-}
-
 void FakeVideo::StopVideo(int video)
 {
     calls.push_back(Call("StopVideo", {video}));
     running.erase(video);
-}
-
-void FakeVideo::RewindVideo(int video, int position)
-{
-    calls.push_back(Call("RewindVideo", {video, position}));
 }
 
 void FakeVideo::CloseVideo(int video)
@@ -169,57 +115,11 @@ void FakeVideo::CloseVideo(int video)
     running.erase(video);
 }
 
-int FakeVideo::OpenAnimation(const char* clip)
-{
-    return Open("OpenAnimation", clip, "");
-}
-
-void FakeVideo::SetAnimationTarget(int animation, int surface, const RECT* rect)
-{
-    calls.push_back(
-        Call("SetAnimationTarget", {animation, surface, rect->left, rect->top, rect->right, rect->bottom}));
-}
-
-void FakeVideo::StartAnimation(int animation)
-{
-    calls.push_back(Call("StartAnimation", {animation}));
-}
-
-void FakeVideo::TickAnimation(int animation, int elapsed)
-{
-    calls.push_back(Call("TickAnimation", {animation, elapsed}));
-}
-
 void FakeVideo::CloseAnimation(int animation)
 {
     calls.push_back(Call("CloseAnimation", {animation}));
     open.erase(animation);
 }
-
-FakeEntity::FakeEntity()
-{
-    FillHostWords(*this, 0);
-}
-FakeMarker::FakeMarker()
-{
-    FillHostWords(*this, 0);
-}
-FakeGraphics::FakeGraphics()
-{
-    FillHostWords(*this, 0);
-}
-
-Word FakeEntity::OnMessage(const MessageRecord* record)
-{
-    messages.push_back(record->message);
-    return answer;
-}
-
-FakeEngine::FakeEngine()
-{
-    SetDisplaySize(800, 600);
-}
-FakeEngine::~FakeEngine() = default;
 
 void FakeEngine::SetDisplaySize(int width, int height)
 {
@@ -227,11 +127,6 @@ void FakeEngine::SetDisplaySize(int width, int height)
     displayInfo.nWidth = width;
     displayInfo.nHeight = height;
     viewport.rc = {0, 0, width, height};
-}
-
-int FakeEngine::GetSubsystemId(int number)
-{
-    return SUBSYSTEM_ID_BASE + number;
 }
 
 void* FakeEngine::GetSubsystem(int id, int kind)
@@ -246,7 +141,7 @@ void* FakeEngine::GetSubsystem(int id, int kind)
     case SUBSYSTEM_ID_BASE + SUBSYSTEM_RENDER2D:
         return hasRender ? static_cast<IRender2D*>(&render) : nullptr;
     case SUBSYSTEM_ID_BASE + SUBSYSTEM_SOUND:
-        return hasSound ? static_cast<ISound*>(&sound) : nullptr;
+        return static_cast<ISound*>(&sound);
     case SUBSYSTEM_ID_BASE + SUBSYSTEM_VIDEO:
         return hasVideo ? static_cast<IVideo*>(&video) : nullptr;
     default:
@@ -254,25 +149,10 @@ void* FakeEngine::GetSubsystem(int id, int kind)
     }
 }
 
-IEngine* FakeEngine::GetScene(int id)
-{
-    return id == -1 ? root : nullptr;
-}
-
 int FakeEngine::CreateScene(int flags)
 {
     calls.push_back(Call("CreateScene", {flags}));
     return m_nNextScene++;
-}
-
-void FakeEngine::DestroyScene(int id)
-{
-    calls.push_back(Call("DestroyScene", {id}));
-}
-
-void FakeEngine::SetSceneActive(int id, int a, int b, int c)
-{
-    calls.push_back(Call("SetSceneActive", {id, a, b, c}));
 }
 
 int FakeEngine::CreateEntity(const char* name, int kind, int flags)
@@ -299,7 +179,6 @@ int FakeEngine::AddEntity(const char* name, const char* className, Entity* entit
 void FakeEngine::DestroyEntity(int id)
 {
     calls.push_back(Call("DestroyEntity", {id}));
-    destroyed.push_back(id);
     m_Entities.erase(id);
 }
 
@@ -330,51 +209,10 @@ int FakeEngine::FindEntity(const char* name, const char* className)
     return SearchFrom(0);
 }
 
-int FakeEngine::FindNextEntity()
-{
-    return SearchFrom(m_nLastFound + 1);
-}
-
-void FakeEngine::GetScreenSize(SIZE* out)
-{
-    *out = {displayInfo.nWidth, displayInfo.nHeight};
-}
-
-void FakeEngine::SetDisplayInfo(DisplayInfo* record, int flags)
-{
-    calls.push_back(Call("SetDisplayInfo", {record->nChange, flags}));
-}
-
 void FakeEngine::RegisterInput(int kind, int entity, int flags)
 {
     calls.push_back(Call("RegisterInput", {kind, entity, flags}));
     inputEntities.push_back(entity);
-}
-
-void FakeEngine::SetTimerRate(int rate)
-{
-    calls.push_back(Call("SetTimerRate", {rate}));
-}
-void FakeEngine::SetInputMode(int mode)
-{
-    calls.push_back(Call("SetInputMode", {mode}));
-}
-
-int FakeEngine::AddViewport(const ViewportRecord* descriptor)
-{
-    viewport = *descriptor;
-    hasViewport = true;
-    return 0;
-}
-
-void FakeEngine::SetCamera(int id, const float*, const float*)
-{
-    calls.push_back(Call("SetCamera", {id}));
-}
-
-ViewportRecord* FakeEngine::GetViewport(int id)
-{
-    return id == 0 && hasViewport ? &viewport : nullptr;
 }
 
 std::vector<Sent> FakeEngine::SentWith(int number) const
@@ -406,7 +244,7 @@ Word FakeEngine::DoMessage(bool post, int number, int destination, int extra, co
     }
     if (!post && GetEntity(destination) != nullptr)
         return Deliver(sent, values);
-    return answerDefaults ? DefaultAnswer(sent) : 0;
+    return DefaultAnswer(sent);
 }
 
 Word FakeEngine::Deliver(const Sent& sent, std::span<const Word> values)
@@ -434,29 +272,6 @@ Word FakeEngine::DefaultAnswer(const Sent& sent)
     default:
         return 0;
     }
-}
-
-FakeHost::FakeHost()
-{
-    localTime = {2024, 5, 3, 1, 12, 0, 0, 0};
-    m_pOld = SetPlatformHost(this);
-}
-
-FakeHost::~FakeHost()
-{
-    SetPlatformHost(m_pOld);
-}
-
-bool FakeHost::CursorPos(POINT& out)
-{
-    out = hasCursor ? cursor : POINT{};
-    return hasCursor;
-}
-
-bool FakeHost::StartProcess(const std::string& commandLine, const std::string& directory)
-{
-    processes.emplace_back(commandLine, directory);
-    return processStarts;
 }
 
 } // namespace seawarden_test

@@ -2,7 +2,9 @@
 // Stand-ins for everything that the module meets outside itself. They keep what they were asked, so that a
 // test can look, and have public members that a test sets before it acts.
 
+#include <cstring>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
@@ -23,6 +25,23 @@
 
 namespace seawarden_test
 {
+
+/// Ids of the fake's subsystems, apart from every scene id.
+constexpr int SUBSYSTEM_ID_BASE = 1000;
+
+/// A call as a line: its name and its numbers.
+inline std::string Call(const char* name, std::initializer_list<int> values)
+{
+    std::string line = name;
+    for (const int value : values)
+        line += " " + std::to_string(value);
+    return line;
+}
+
+inline void ClearHostWords(Entity& entity)
+{
+    std::memset(entity.m_HostWords, 0, sizeof(entity.m_HostWords));
+}
 
 /// A message as it was handed to the engine.
 struct Sent {
@@ -48,8 +67,8 @@ class FakePlayList : public IPlayList
   public:
     void Play(int track) override;
     void Stop(int fade) override;
-    void Skip() override;
-    void Select(int list, int on) override;
+    void Skip() override { calls.push_back("Skip"); }
+    void Select(int list, int on) override { calls.push_back(Call("Select", {list, on})); }
     int GetCurrent() override { return current; }
 
     std::vector<std::string> calls; ///< "Play 0", "Stop 500", "Skip", "Select 0 1"
@@ -66,13 +85,12 @@ class FakeProfile : public IProfileStore
 
     std::map<std::string, std::map<std::string, std::string>> sections;
     std::string section;
-    bool writable = true;
 };
 
 class FakeSound : public ISound
 {
   public:
-    void Play(const char* name, int channel, int flags) override;
+    void Play(const char* name, int, int) override { played.push_back(name); }
     void Stop(int fade) override { stops.push_back(fade); }
 
     std::vector<std::string> played;
@@ -83,17 +101,32 @@ class FakeSound : public ISound
 class FakeVideo : public IVideo
 {
   public:
-    int OpenVideo(const char* file, int flags) override;
-    void SetVideoTarget(int video, int surface, const RECT* rect) override;
+    int OpenVideo(const char* file, int flags) override
+    {
+        return Open("OpenVideo", file, " " + std::to_string(flags));
+    }
+    void SetVideoTarget(int video, int surface, const RECT* rect) override
+    {
+        Target("SetVideoTarget", video, surface, *rect);
+    }
     void PlayVideo(int video, int background) override;
-    bool IsVideoRunning(int video) override;
+    bool IsVideoRunning(int video) override { return running.count(video) != 0; }
     void StopVideo(int video) override;
-    void RewindVideo(int video, int position) override;
+    void RewindVideo(int video, int position) override
+    {
+        calls.push_back(Call("RewindVideo", {video, position}));
+    }
     void CloseVideo(int video) override;
-    int OpenAnimation(const char* clip) override;
-    void SetAnimationTarget(int animation, int surface, const RECT* rect) override;
-    void StartAnimation(int animation) override;
-    void TickAnimation(int animation, int elapsed) override;
+    int OpenAnimation(const char* clip) override { return Open("OpenAnimation", clip, ""); }
+    void SetAnimationTarget(int animation, int surface, const RECT* rect) override
+    {
+        Target("SetAnimationTarget", animation, surface, *rect);
+    }
+    void StartAnimation(int animation) override { calls.push_back(Call("StartAnimation", {animation})); }
+    void TickAnimation(int animation, int elapsed) override
+    {
+        calls.push_back(Call("TickAnimation", {animation, elapsed}));
+    }
     void CloseAnimation(int animation) override;
 
     std::vector<std::string> calls; ///< "OpenVideo video\x.ani 6", "SetVideoTarget 1 -1 0 0 800 600", ...
@@ -103,6 +136,10 @@ class FakeVideo : public IVideo
 
   private:
     int Open(const char* call, const char* file, const std::string& rest);
+    void Target(const char* call, int id, int surface, const RECT& rect)
+    {
+        calls.push_back(Call(call, {id, surface, rect.left, rect.top, rect.right, rect.bottom}));
+    }
     int m_nNext = 1;
 };
 
@@ -124,8 +161,12 @@ class FakeNet : public INetCore
 class FakeEntity : public Entity
 {
   public:
-    FakeEntity();
-    Word OnMessage(const MessageRecord* record) override;
+    FakeEntity() { ClearHostWords(*this); }
+    Word OnMessage(const MessageRecord* record) override
+    {
+        messages.push_back(record->message);
+        return answer;
+    }
 
     std::vector<int> messages;
     Word answer = 0;
@@ -134,7 +175,7 @@ class FakeEntity : public Entity
 class FakeMarker : public IMarkerEntity
 {
   public:
-    FakeMarker();
+    FakeMarker() { ClearHostWords(*this); }
     void SetInterfaceMode(int on) override { modes.push_back(on); }
     std::vector<int> modes;
 };
@@ -142,7 +183,7 @@ class FakeMarker : public IMarkerEntity
 class FakeGraphics : public IGraphicsEntity
 {
   public:
-    FakeGraphics();
+    FakeGraphics() { ClearHostWords(*this); }
     void GetOptions(ItfOptions* out) override { *out = options; }
     void SetOptions(const ItfOptions* record) override { options = *record; }
     ItfOptions options = {};
@@ -153,31 +194,40 @@ class FakeGraphics : public IGraphicsEntity
 class FakeEngine : public IEngine
 {
   public:
-    FakeEngine();
-    ~FakeEngine() override;
+    FakeEngine() { SetDisplaySize(800, 600); }
 
     // IEngine
-    int GetSubsystemId(int number) override;
+    int GetSubsystemId(int number) override { return SUBSYSTEM_ID_BASE + number; }
     void* GetSubsystem(int id, int kind = 0) override;
-    IEngine* GetScene(int id) override;
+    IEngine* GetScene(int id) override { return id == -1 ? root : nullptr; }
     int CreateScene(int flags) override;
-    void DestroyScene(int id) override;
-    void SetSceneActive(int id, int a, int b, int c) override;
+    void DestroyScene(int id) override { calls.push_back(Call("DestroyScene", {id})); }
+    void SetSceneActive(int id, int a, int b, int c) override
+    {
+        calls.push_back(Call("SetSceneActive", {id, a, b, c}));
+    }
     int CreateEntity(const char* name, int kind, int flags) override;
     int CreateEntityFromModule(const char* name, const char* module, int a, int b, int c, int d) override;
     void DestroyEntity(int id) override;
     Entity* GetEntity(int id) override;
     int FindEntity(const char* name, const char* className) override;
-    int FindNextEntity() override;
-    void GetScreenSize(SIZE* out) override;
+    int FindNextEntity() override { return SearchFrom(m_nLastFound + 1); }
+    void GetScreenSize(SIZE* out) override { *out = {displayInfo.nWidth, displayInfo.nHeight}; }
     DisplayInfo* GetDisplayInfo() override { return &displayInfo; }
-    void SetDisplayInfo(DisplayInfo* record, int flags) override;
+    void SetDisplayInfo(DisplayInfo* record, int flags) override
+    {
+        calls.push_back(Call("SetDisplayInfo", {record->nChange, flags}));
+    }
     void RegisterInput(int kind, int entity, int flags) override;
-    void SetTimerRate(int rate) override;
-    void SetInputMode(int mode) override;
-    int AddViewport(const ViewportRecord* descriptor) override;
-    void SetCamera(int viewport, const float* position, const float* rotation) override;
-    ViewportRecord* GetViewport(int id) override;
+    void SetTimerRate(int rate) override { calls.push_back(Call("SetTimerRate", {rate})); }
+    void SetInputMode(int mode) override { calls.push_back(Call("SetInputMode", {mode})); }
+    int AddViewport(const ViewportRecord* descriptor) override
+    {
+        viewport = *descriptor;
+        return 0;
+    }
+    void SetCamera(int id, const float*, const float*) override { calls.push_back(Call("SetCamera", {id})); }
+    ViewportRecord* GetViewport(int id) override { return id == 0 ? &viewport : nullptr; }
     Word DoMessage(bool post, int number, int destination, int extra, const char* format,
                    std::span<const Word> values) override;
 
@@ -192,7 +242,6 @@ class FakeEngine : public IEngine
     std::vector<Sent> messages;
     /// Answers a message before anything else does; 0 leaves it to the default answers.
     std::function<Word(const Sent&)> onMessage;
-    bool answerDefaults = true; ///< text table, play list, profile and net are given when asked for
 
     /// Every other call as a line, messages as "send 14 5" and "post 14 5".
     std::vector<std::string> calls;
@@ -205,17 +254,14 @@ class FakeEngine : public IEngine
     FakeProfile profile;
     FakeNet net;
     bool hasRender = true;
-    bool hasSound = true;
     bool hasVideo = true;
 
     IEngine* root = this;            ///< GetScene(-1) and GetSubsystem(-1, 0)
     IEngine* currentScene = nullptr; ///< GetSubsystem(0, 0)
     DisplayInfo displayInfo = {};
-    bool hasViewport = true;
     alignas(8) ViewportRecord viewport = {}; ///< viewport 0
 
     std::set<std::string> refused; ///< names for which CreateEntity fails
-    std::vector<int> destroyed;
     std::vector<int> inputEntities;
 
   private:
@@ -240,12 +286,16 @@ class FakeEngine : public IEngine
 class FakeHost : public PlatformHost
 {
   public:
-    FakeHost();
-    ~FakeHost() override;
+    FakeHost() : m_pOld(SetPlatformHost(this)) {}
+    ~FakeHost() override { SetPlatformHost(m_pOld); }
     FakeHost(const FakeHost&) = delete;
     FakeHost& operator=(const FakeHost&) = delete;
 
-    bool CursorPos(POINT& out) override;
+    bool CursorPos(POINT& out) override
+    {
+        out = hasCursor ? cursor : POINT{};
+        return hasCursor;
+    }
     void SetCursorVisible(bool visible) override { cursorVisible = visible; }
     bool IsKeyDown(int key) override { return keysDown.count(key) != 0; }
     bool IsKeyDownNow(int key) override { return keysDown.count(key) != 0; }
@@ -254,7 +304,6 @@ class FakeHost : public PlatformHost
     DWORD Milliseconds() override { return now; }
     SYSTEMTIME LocalTime() override { return localTime; }
     void DebugOutput(const char* text) override { debug.push_back(text); }
-    bool StartProcess(const std::string& commandLine, const std::string& directory) override;
     std::vector<std::string> MountPoints() override { return mountPoints; }
     std::string HomeFolder() override { return homeFolder; }
 
@@ -264,10 +313,8 @@ class FakeHost : public PlatformHost
     std::set<int> keysDown;
     std::optional<std::string> clipboard;
     DWORD now = 1000;
-    SYSTEMTIME localTime;
+    SYSTEMTIME localTime{2024, 5, 3, 1, 12, 0, 0, 0};
     std::vector<std::string> debug; ///< each line as it was given, with its CR LF
-    std::vector<std::pair<std::string, std::string>> processes;
-    bool processStarts = true;
     std::vector<std::string> mountPoints;
     std::string homeFolder;
 
