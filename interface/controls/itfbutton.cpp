@@ -92,7 +92,8 @@ void CItfButton::Draw()
     const bool keyed = !IsCheckBox() || (m_dwStyle & IWS_BK_KEYCOLOR) != 0;
     DrawSprite(m_nState == BUTTON_UP ? m_nSpriteUp : m_nSpriteDown, &m_rcClient, keyed);
 
-    // The font centres in what this leaves: the caption stands a little below the middle, where capitals look right.
+    // The font centres in what this leaves: the caption stands a little below the middle, where capitals look
+    // right.
     RECT text = m_rcInner;
     text.top += (m_rcInner.bottom - m_rcInner.top - GetFontHeight(m_nFont)) / 2;
     const int font = !IsEnabled() ? m_nFontDisabled : m_bHot ? m_nFontHot : m_nFont;
