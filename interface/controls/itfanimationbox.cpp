@@ -25,7 +25,7 @@ bool CItfAnimationBox::Create(const char* caption, const RECT* rect, CItfWnd* pa
     Close();
     m_pVideo = ::GetVideo(core);
     if (m_pVideo == nullptr)
-        return false;
+        return true; // a host without clips: the box stays empty
     const int animation = m_pVideo->OpenAnimation(clip);
     if (animation < 0)
         return false;

@@ -23,6 +23,8 @@ bool CItfVideoBox::Create(const char* caption, const char* sprite, const RECT* r
 {
     if (!CItfWnd::Create(caption, sprite, rect, parent, ctrlId, style, core))
         return false;
+    Close(); // of an earlier life
+    m_bStarted = false;
     m_pVideo = ::GetVideo(core);
     return true;
 }

@@ -173,14 +173,16 @@ void CDialogLoader::ReadColumn()
     const std::uint32_t style = ReadStyle();
     const int tableId = ReadInt();
     const int column = ReadInt();
-    const int width = ReadSize();
+    const int width = ReadInt();
     const RECT rect = ReadRect();
 
     CItfReportBox* table = m_Dialog.FindTable(tableId);
     if (table == nullptr)
         Fail(RESERR_NO_PARENT, "there is no table " + std::to_string(tableId) + " above this column");
-    if (column >= 0)
+    if (column >= 0) { // a cell without a column has no use for its width
+        CheckSize(width);
         Require(table->AddColumn(width, style), "column");
+    }
     table->AddHeader(caption.c_str(), column, style, rect);
 }
 
@@ -422,9 +424,14 @@ int CDialogLoader::ReadInt()
 int CDialogLoader::ReadSize()
 {
     const int size = ReadInt();
+    CheckSize(size);
+    return size;
+}
+
+void CDialogLoader::CheckSize(int size)
+{
     if (size < 0 || size > MAX_RESOURCE_COORDINATE)
         Fail(RESERR_SYNTAX, std::to_string(size) + " is no size or count");
-    return size;
 }
 
 float CDialogLoader::ReadFloat()

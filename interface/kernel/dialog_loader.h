@@ -71,6 +71,7 @@ class CDialogLoader
     int ReadInt();
     /// An Int that is a size or a count.
     int ReadSize();
+    void CheckSize(int size);
     float ReadFloat();
     RECT ReadRect();
     Rects ReadRects();

@@ -45,7 +45,7 @@ class CScenBriefDlg : public CItfDialog, public CScenarioParser
     const Row* GetMessageTable() const override;
     int OnScenarioItem(int category, int type, const void* item) override;
 
-    // The player's choices, as the start command takes them; changed by the start button alone.
+    // The player's choices, as the start command takes them. The start button sets all but the difficulty.
     int GetSide() const { return m_nSide; }
     int GetNotSideA() const { return m_nNotSideA; }
     int GetNotSideB() const { return m_nNotSideB; }

@@ -5,6 +5,7 @@
 #include "iengine.h"
 #include "itfrecords.h"
 #include "keelworks/ds_file.h"
+#include "keelworks/scenario_parser.h"
 #include "kernel/itfwnd.h"
 
 namespace
@@ -19,24 +20,24 @@ class CTextReader
   public:
     explicit CTextReader(ds_file& file) : m_File(file) {}
 
-    // The next text, cut to `limit` characters; what is cut off is passed over.
+    // The next text, cut to `limit` characters.
     std::string Read(std::size_t limit)
     {
         std::string text;
-        while (const char c = Next()) {
-            if (text.size() < limit)
+        for (m_bEnded = false; text.size() < limit && !m_bEnded;) {
+            const char c = Next();
+            m_bEnded = c == '\0';
+            if (!m_bEnded)
                 text += c;
         }
         return text;
     }
 
-    // The same for the last text that is wanted: what follows isn't read.
-    std::string ReadLast(std::size_t limit)
+    // Passes over what the last Read cut off, if the text ends within what a scenario file may hold.
+    void SkipRest()
     {
-        std::string text;
-        for (char c; text.size() < limit && (c = Next()) != '\0';)
-            text += c;
-        return text;
+        for (std::size_t n = 0; !m_bEnded && n < CScenarioParser::MAX_FILE_SIZE; ++n)
+            m_bEnded = Next() == '\0';
     }
 
   private:
@@ -56,6 +57,7 @@ class CTextReader
     std::array<char, 512> m_Buffer;
     std::size_t m_nNext = 0;
     std::size_t m_nFilled = 0;
+    bool m_bEnded = false; ///< the text read last came to its zero
 };
 
 } // namespace
@@ -71,8 +73,10 @@ try {
         return false;
     CTextReader reader(file);
     out.title = reader.Read(SCENARIO_MAX_TITLE);
-    if (withDescription)
-        out.description = reader.ReadLast(SCENARIO_MAX_DESCRIPTION);
+    if (withDescription) {
+        reader.SkipRest();
+        out.description = reader.Read(SCENARIO_MAX_DESCRIPTION);
+    }
     return true;
 } catch (const fopen_exception&) {
     return false;

@@ -12,6 +12,7 @@
 #include "flow/valuebox.h"
 #include "iengine.h"
 #include "itfrecords.h"
+#include "platform/codepage.h"
 #include "platform/files.h"
 #include "saves/filedlg.h"
 #include "scenario/scenhead.h"
@@ -113,6 +114,7 @@ void CScenSelDlg::FillList()
     const HANDLE search = FindFirstFileA(PATTERN, &found);
     if (search == INVALID_HANDLE_VALUE)
         return;
+    const std::unique_ptr<void, decltype(&FindClose)> closer(search, &FindClose);
     ICustomResources* resources = GetCustomResources(m_pCore);
     ScenarioHead head;
     do {
@@ -120,7 +122,6 @@ void CScenSelDlg::FillList()
         if (name.size() <= MAX_FILE_NAME && ReadScenarioHead((SCENARIO_FOLDER + name).c_str(), false, head))
             AddScenario(name, head, resources);
     } while (FindNextFileA(search, &found));
-    FindClose(search);
     list->Sort(COLUMN_TITLE, 0);
 }
 
@@ -177,6 +178,8 @@ Word CScenSelDlg::OnNotify(std::uint32_t code, std::int32_t id)
 
 void CScenSelDlg::OnListNotify(int code)
 {
+    if (List() == nullptr)
+        return;
     if (code == LIST_SELECTED)
         ShowDetails(List()->GetCurData());
     else if (code == LIST_DOUBLECLICKED)
@@ -190,16 +193,24 @@ void CScenSelDlg::OpenImport()
     SetDrawing(false);
     Show(false);
     m_pFileDlg = std::make_unique<CFileDlg>();
-    if (m_pFileDlg->Create(GetResString(TEXT_IMPORT_TITLE), nullptr, nullptr, this, CHILD_FILE_DIALOG,
-                           IWS_SHADE, m_pCore, IMPORT_FOLDER)) {
-        m_pFileDlg->AddFilter("f1", IMPORT_EXTENSION);
-        m_pFileDlg->SetFilter(0);
-        m_pFileDlg->Show(true);
-        m_pFileDlg->Shade();
-    } else {
+    const auto giveUp = [this] {
         m_pFileDlg.reset();
         SetDrawing(true);
         Show(true);
+    };
+    try {
+        if (m_pFileDlg->Create(GetResString(TEXT_IMPORT_TITLE), nullptr, nullptr, this, CHILD_FILE_DIALOG,
+                               IWS_SHADE, m_pCore, IMPORT_FOLDER)) {
+            m_pFileDlg->AddFilter("f1", IMPORT_EXTENSION);
+            m_pFileDlg->SetFilter(0);
+            m_pFileDlg->Show(true);
+            m_pFileDlg->Shade();
+        } else {
+            giveUp();
+        }
+    } catch (...) {
+        giveUp(); // a broken section: the list stays usable
+        throw;
     }
     Invalidate(nullptr);
 }
@@ -208,8 +219,11 @@ void CScenSelDlg::OnFileDialog(int result)
 {
     if (m_pFileDlg == nullptr)
         return;
+    const int self = m_nId;
     if (result == CFileDlg::RESULT_ACCEPTED)
         Import(m_pFileDlg->GetResult());
+    if (!IsStill(this, self))
+        return;
     SetDrawing(false);
     m_pFileDlg.reset();
     Show(true);
@@ -223,7 +237,12 @@ void CScenSelDlg::Import(const char* path)
     const bool fits = std::strlen(path) < sizeof buffer;
     if (fits)
         std::strcpy(buffer, path);
-    if (!fits || m_pCore->GetScene(-1)->SendMessage(MSG_IMPORT_SCENARIO, DEST_LOGIC, 0, "l", buffer) == 0) {
+    const int self = m_nId;
+    const bool imported =
+        fits && m_pCore->GetScene(-1)->SendMessage(MSG_IMPORT_SCENARIO, DEST_LOGIC, 0, "l", buffer) != 0;
+    if (!IsStill(this, self))
+        return; // the logic closed every dialog meanwhile
+    if (!imported) {
         MessageBox(GetResString(TEXT_IMPORT_FAILED), GetResString(TEXT_ERROR_CAPTION), this,
                    CHILD_IMPORT_ERROR, CValueBox::STYLE_OTHER_BUTTON);
         return;
@@ -235,7 +254,9 @@ void CScenSelDlg::Import(const char* path)
         return;
     FillList();
     list->Refresh(true);
-    const auto file = std::find(m_Files.begin(), m_Files.end(), name);
+    const auto file = std::find_if(m_Files.begin(), m_Files.end(), [&name](const std::string& known) {
+        return PlatformEqualNoCase(known, name);
+    });
     if (file == m_Files.end())
         return;
     const int index = static_cast<int>(file - m_Files.begin());

@@ -160,6 +160,10 @@ TEST_F(DisplayBoxTest, BoxesWithoutAClipStayEmpty)
         CItfWnd::TickAll(20);
         EXPECT_EQ(TakeVideoCalls(), Lines());
         CItfDialog other;
+        if (!hasVideo) {
+            EXPECT_TRUE(Load(other, ANIMATION)) << "a host without clips";
+            continue;
+        }
         EXPECT_THROW(Load(other, ANIMATION), int);
         EXPECT_EQ(TakeDebug().size(), 2U) << "the loader's lines";
     }

@@ -5,10 +5,10 @@
 
 #include <filesystem>
 
-#include "flow/text_numbers.h"
 #include "controls/itfeditbox.h"
 #include "controls/itfreportbox.h"
 #include "controls/itftextbox.h"
+#include "flow/text_numbers.h"
 #include "flow/valuebox.h"
 #include "platform/files.h"
 #include "platform/folders.h"

@@ -467,8 +467,8 @@ TEST_F(FlowTest, MissingControls)
     edit.SetValue("x");
     edit.Destroy();
     EXPECT_THROW(SendEvent({.code = EVENT_MAIN_MENU}), int);
-    EXPECT_EQ(TakeDebug(),
-              std::vector<std::string>{"resource\\txt_res\\itfdlg.ini: [MainDlg] lacks the required control 10\r\n"});
+    EXPECT_EQ(TakeDebug(), std::vector<std::string>{
+                               "resource\\txt_res\\itfdlg.ini: [MainDlg] lacks the required control 10\r\n"});
 }
 
 TEST_F(FlowTest, ABoxWhoseSectionIsBrokenLeavesNothing)

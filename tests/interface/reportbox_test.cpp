@@ -187,7 +187,7 @@ TEST_F(ReportBoxTest, PressedHeaderShowsActiveWithTheNextRepaint)
     EXPECT_EQ(active(true), none);
     Header(WM_LBUTTONDOWN, 110);
     EXPECT_EQ(active(false), none);
-    EXPECT_EQ(active(true), (RECT{LEFT + 121, TOP, LEFT + 129, TOP + GLYPH_H}))
+    EXPECT_EQ(active(true), (RECT{LEFT + 121, TOP + 2, LEFT + 129, TOP + 2 + GLYPH_H}))
         << "also a cell that can't sort";
     Header(WM_LBUTTONUP, 110);
     Header(WM_LBUTTONDOWN, 180);

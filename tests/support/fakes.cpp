@@ -179,6 +179,7 @@ int FakeEngine::AddEntity(const char* name, const char* className, Entity* entit
 void FakeEngine::DestroyEntity(int id)
 {
     calls.push_back(Call("DestroyEntity", {id}));
+    destroyed.push_back(id);
     m_Entities.erase(id);
 }
 

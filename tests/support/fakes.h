@@ -262,6 +262,7 @@ class FakeEngine : public IEngine
     alignas(8) ViewportRecord viewport = {}; ///< viewport 0
 
     std::set<std::string> refused; ///< names for which CreateEntity fails
+    std::vector<int> destroyed;
     std::vector<int> inputEntities;
 
   private:

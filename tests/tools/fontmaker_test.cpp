@@ -257,6 +257,8 @@ TEST_F(FontMakerTest, ShippedFormsCoverTheirBase)
             if (strcasecmp(other.name.c_str(), (row.name + "A").c_str()) != 0 &&
                 strcasecmp(other.name.c_str(), (row.name + "Dis").c_str()) != 0)
                 continue;
+            if (other.file == row.file)
+                continue; // a name that never lights up
             SCOPED_TRACE(other.name);
             checked.push_back(other.name);
             const auto [texture, glyphs] = ReadFont(row.file);

@@ -1,0 +1,51 @@
+#pragma once
+// The file that maps logical names: reads it, and loads every picture and font that it names.
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "controls/itffont.h"
+#include "faults.h"
+#include "render/render2d.h"
+#include "resource_tokens.h"
+
+class CNameCheck
+{
+  public:
+    explicit CNameCheck(CFaults& faults) : m_Faults(faults) {}
+
+    /// Once, before the questions below.
+    void Run();
+    // Whether a row gives the name, in any case.
+    bool HasSprite(const std::string& name) const;
+    bool HasFont(const std::string& name) const;
+    /// Null for a name without a row, and for a font that can't be loaded.
+    const CItfFont* Font(const std::string& name) const;
+
+  private:
+    /// By name in lower case.
+    using Sprites = std::set<std::string>;
+    using Fonts = std::map<std::string, std::unique_ptr<CItfFont>>;
+
+    struct NameRowPlace {
+        std::string name;
+        std::string file;
+        int line;
+    };
+    std::vector<NameRowPlace> ReadSection(const char* section);
+    bool ReadRow(NameRowPlace& out);
+    void Fail(const ResourceToken& token, const std::string& text);
+    void LoadSprite(const NameRowPlace& row);
+    void LoadFont(const NameRowPlace& row);
+    void CheckOwnNames();
+
+    CFaults& m_Faults;
+    CRender2D m_Render; ///< outlives the fonts, which have textures in it
+    std::vector<ResourceToken> m_Tokens;
+    std::size_t m_nPos = 0;
+    Sprites m_Sprites;
+    Fonts m_Fonts;
+};
