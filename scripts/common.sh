@@ -21,7 +21,7 @@ need() {
 }
 
 BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-image-dev libgtest-dev libgmock-dev
-                libbenchmark-dev libfreetype-dev)
+                libbenchmark-dev libfreetype-dev libpng-dev)
 
 # build PRESET [TARGET...]: configures and builds into build/PRESET.
 build() {
