@@ -142,7 +142,8 @@ TEST_F(BattleTest, LoadingTakesFramesAndEndsWithASeaOfTheBattlesSize)
     EXPECT_GT(RunToBattle(), 5);
     ASSERT_NE(State(), nullptr);
     EXPECT_FALSE(IsFrontEndUp());
-    EXPECT_EQ(State()->GetScenarioInfo()->nPlayerSide, 1);
+    const std::int32_t side = State()->GetScenarioInfo()->nPlayerSide; // the record is packed
+    EXPECT_EQ(side, 1);
     EXPECT_STREQ(State()->GetScenarioInfo()->szPath, PATH);
     EXPECT_STREQ(State()->GetScenarioInfo()->szTitle, "The Narrows");
     EXPECT_EQ(State()->GetHeader()->bCampaign, 0);

@@ -72,6 +72,24 @@ class TextBoxTest : public ControlTest
     }
 };
 
+// A megabyte, as one word and as many: laid out, scrolled to its end and drawn.
+TEST_F(TextBoxTest, AMegabyteOfTextIsShown)
+{
+    std::string words;
+    while (words.size() < 1'000'000)
+        words += "xxxx ";
+    for (const std::string& text : {words, std::string(1'000'000, 'x')}) {
+        Make(0, text);
+        const bool many = box->GetLineCount() > 1;
+        EXPECT_EQ(many, text == words);
+        EXPECT_EQ(HasBar(), many);
+        box->ScrollToEnd();
+        Key(VK_DOWN);
+        EXPECT_EQ(box->GetTopLine(), many ? box->GetLineCount() - PAGE + 1 : 0);
+        EXPECT_EQ(Shown(WHITE).left, 0);
+    }
+}
+
 TEST_F(TextBoxTest, BarComesAndGoesWithTheText)
 {
     const Rows<std::uint32_t, int, bool> cases = {
