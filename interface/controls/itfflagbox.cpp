@@ -52,8 +52,10 @@ void CItfFlagBox::Tell(int message)
 
 void CItfFlagBox::TellTexture(const char* file)
 {
-    if (m_nEntity >= 0)
-        m_pCore->SendMessage(MSG_FLAG_TEXTURE, m_nEntity, 0, "s", std::strlen(file) + 1, file);
+    if (m_nEntity < 0)
+        return;
+    const char* name = file != nullptr ? file : "";
+    m_pCore->SendMessage(MSG_FLAG_TEXTURE, m_nEntity, 0, "s", std::strlen(name) + 1, name);
 }
 
 bool CItfFlagBox::SetFlag(int flag, int, int extra)

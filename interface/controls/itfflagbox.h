@@ -24,7 +24,7 @@ class CItfFlagBox : public CItfWnd
     /// A nation's flag in a new entity, hidden until the box is painted. `second` isn't read; an `extra` of 0
     /// leaves the one before. False when there is no such entity.
     bool SetFlag(int flag, int second, int extra);
-    /// The same with a texture file instead of a nation.
+    /// The same with a texture file instead of a nation; null is an empty name.
     bool SetFlagFile(const char* file);
     /// Another flag on the entity that is there; nothing without one.
     void ChangeFlag(int flag, int value);
