@@ -1,16 +1,9 @@
 #include "entity.h"
 
-#include <cstdio>
-#include <cstdlib>
+#include "assertion.h"
 
 namespace
 {
-
-[[noreturn]] void AssertFailed(const char* text, int line)
-{
-    std::fprintf(stderr, "Assertion failed: %s, file entity, line %d\n", text, line);
-    std::abort();
-}
 
 // Finds the handler for a number along the chain of maps; the record without a next only ends it.
 template <class Handler>
@@ -65,11 +58,11 @@ Word EntityBase::Op9(Word, Word)
 // The line numbers are part of the text that the host's tools know.
 void EntityBase::Op10(Word)
 {
-    AssertFailed("false", 133);
+    AssertFailed("false", "entity", 133);
 }
 void EntityBase::Op11(Word, Word)
 {
-    AssertFailed("false", 134);
+    AssertFailed("false", "entity", 134);
 }
 
 const Entity::MessageMap Entity::s_MessageMap = {nullptr, nullptr};

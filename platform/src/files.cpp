@@ -229,6 +229,15 @@ std::string PlatformResolveWrite(const char* path)
     return IsFolder(root) ? ResolveForWrite(root, split->parts, true) : std::string();
 }
 
+std::string PlatformResolveChange(const char* path)
+{
+    if (PlatformResolveRead(path).empty()) {
+        return {};
+    }
+    std::string real = PlatformResolveWrite(path);
+    return real.empty() || IsFolder(real) || !CopyToPlayer(path, real) ? std::string() : real;
+}
+
 std::FILE* PlatformOpenFile(const char* path, const char* mode)
 {
     if (!mode || !*mode) {

@@ -21,6 +21,10 @@ std::optional<PlatformPathParts> PlatformSplitPath(const char* path);
 /// The real path of `parts` below `root`, each resolved without regard to case; empty when one is missing.
 std::string PlatformResolveBelow(const std::string& root, const std::vector<std::string>& parts);
 
+/// The real path of a file that exists in either root, to change it in place: a file of the game is first
+/// copied to the player's folder. Empty when there is none and when it can't be copied.
+std::string PlatformResolveChange(const char* path);
+
 /// A strftime format in the letters of a date or time picture, without blanks around it; fields that pictures
 /// lack are left out.
 std::string PlatformPictureOf(const std::string& format);

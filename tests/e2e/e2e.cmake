@@ -8,3 +8,4 @@ endforeach()
 add_test(NAME e2e.bad_input WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
          COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/e2e/bad_input.sh $<TARGET_FILE:seawarden>)
 add_test(NAME e2e.exports COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/e2e/exports.sh $<TARGET_FILE:INTERFACE>)
+add_test(NAME e2e.textures COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/e2e/textures.sh $<TARGET_FILE:seawarden-tf>)
