@@ -1,25 +1,19 @@
 // Whole frames of the main menu with the shipped data, through the calls that the host makes. The reference
 // is a memcpy of a screen of pixels.
 
-#include <algorithm>
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
-#include "itfrecords.h"
-#include "kernel/interface_entity.h"
 #include "kernel/itfwnd.h"
-#include "platform/files.h"
+#include "menu.h"
 #include "ratio.h"
-#include "support/fakes.h"
 
 namespace
 {
 
 constexpr std::size_t SCREEN_PIXELS = std::size_t{SCREEN_WIDTH} * SCREEN_HEIGHT;
-constexpr int FRAME_MILLISECONDS = 20;
 /// A point of the menu's item "Introduction".
 constexpr POINT LIT_ITEM = {640, 435};
 
@@ -27,47 +21,6 @@ constexpr POINT LIT_ITEM = {640, 435};
 constexpr double AIM_FRAME = 1.4;
 /// The background and the display: two blits, and a few hundred glyphs.
 constexpr double AIM_REDRAWN_FRAME = 3.2;
-
-/// The module with its main menu open.
-class Menu
-{
-  public:
-    Menu()
-    {
-        Toolkit() = ToolkitState();
-        PlatformSetRoots(std::string(SEAWARDEN_SOURCE_DIR) + "/data", "");
-        std::fill(std::begin(ui.m_HostWords), std::end(ui.m_HostWords), 0);
-        ui.m_HostWords[Entity::HOSTWORD_ID] = engine.AddEntity("interface", "interface");
-        if (ui.Init(&engine) == 0)
-            return;
-        ItfEvent event;
-        event.code = EVENT_MAIN_MENU;
-        Send(MSG_ITF_START, reinterpret_cast<Word>(&event));
-        Send(MSG_ITF_SHADE_DONE, 0);
-    }
-
-    bool IsOpen() const { return CItfWnd::IsDrawing() && Toolkit().windows.size() > 2; }
-    void PointAt(const POINT& point)
-    {
-        host.cursor = point;
-        ui.OnWindowMessage(WM_MOUSEMOVE, 0, static_cast<std::int32_t>(point.y * 0x10000 + point.x));
-    }
-    void Frame() { ui.OnFrame(FRAME_MILLISECONDS, 0); }
-
-  private:
-    void Send(int number, Word word)
-    {
-        struct {
-            MessageRecord record;
-            Word words[1];
-        } message = {{-1, number, ui.GetEntityId(), 0}, {word}};
-        ui.OnMessage(&message.record);
-    }
-
-    seawarden_test::FakeHost host;
-    seawarden_test::FakeEngine engine;
-    CInterface ui;
-};
 
 template <class Subject>
 void MeasureFrame(benchmark::State& state, double aim, Menu& menu, Subject&& subject)

@@ -1,6 +1,6 @@
 // A scenario file from unknown hands. What the parser takes must be the very file that the writer makes of
-// it. Every input is read as it is, then with its checksum made right, so that the rest of the parser is
-// reached.
+// it, and that the compiler makes of its readable form. Every input is read as it is, then with its checksum
+// made right, so that the rest of the parser is reached.
 
 #include <algorithm>
 #include <cstdint>
@@ -12,6 +12,7 @@
 #include "keelworks/crc32.h"
 #include "keelworks/scenario_parser.h"
 #include "keelworks/scenario_writer.h"
+#include "scenario_text.h"
 
 namespace
 {
@@ -85,6 +86,11 @@ void Read(const std::vector<char>& bytes)
     reader.EnumScenarioItems(ALL_TYPES);
     Require(reader.items == reader.GetScenario().items.size(), "every item is told");
     Require(CScenarioWriter(reader.GetScenario()).GetBytes() == bytes, "the file that the writer makes");
+    const std::string text = WriteScenarioText(reader.GetScenario());
+    ds_file_buffered file;
+    file.open_memory("fuzz.txt", {text.begin(), text.end()});
+    Require(CScenarioWriter(ReadScenarioText(file)).GetBytes() == bytes,
+            "the file that its readable form makes");
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 
 #include "keelworks/ds_file.h"
 #include "keelworks/scenario_parser.h"
-#include "logic/text_file.h"
 #include "platform/codepage.h"
 #include "platform/files.h"
 #include "platform/system.h"
@@ -79,12 +78,17 @@ std::string Store(const std::string& stem, const std::vector<char>& bytes)
     for (int copy = 1; copy <= MOST_COPIES; ++copy) {
         const std::string name = stem + (copy == 1 ? "" : "-" + std::to_string(copy)) + EXTENSION;
         const std::string path = FOLDER + name;
-        if (PlatformResolveRead(path.c_str()).empty()) {
-            if (!WriteTextFile(path.c_str(), std::string(bytes.begin(), bytes.end())))
-                throw scenario_exception(path + ": can't be written");
-            return name;
+        if (!PlatformResolveRead(path.c_str()).empty()) {
+            if (HoldsTheSame(path, bytes))
+                return name;
+            continue;
         }
-        if (HoldsTheSame(path, bytes))
+        const std::string real = PlatformResolveWrite(path.c_str());
+        const PlatformPut put =
+            real.empty() ? PlatformPut::Failed : PlatformPutFile(real, {bytes.data(), bytes.size()}, false);
+        if (put == PlatformPut::Failed)
+            throw scenario_exception(path + ": can't be written");
+        if (put == PlatformPut::Done)
             return name;
     }
     throw scenario_exception(stem + ": every name is taken");

@@ -1,7 +1,6 @@
 #include "logic/text_file.h"
 
 #include <cstdio>
-#include <unistd.h>
 
 #include "platform/files.h"
 
@@ -25,17 +24,6 @@ std::optional<std::string> ReadTextFile(const char* path)
 
 bool WriteTextFile(const char* path, const std::string& text)
 {
-    const std::string temporary = std::string(path) + ".tmp";
-    std::FILE* file = PlatformOpenFile(temporary.c_str(), "wb");
-    if (file == nullptr)
-        return false;
-    bool good = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    good = std::fflush(file) == 0 && good;
-    good = fsync(fileno(file)) == 0 && good;
-    good = std::fclose(file) == 0 && good;
-    if (!good) {
-        PlatformDeleteFile(temporary.c_str());
-        return false;
-    }
-    return PlatformRenameFile(temporary.c_str(), path);
+    const std::string real = PlatformResolveWrite(path);
+    return !real.empty() && PlatformPutFile(real, text, true) == PlatformPut::Done;
 }

@@ -97,8 +97,8 @@ bool CTextTable::Load(const char* path)
         const int line = std::max(parser.GetLine(), firstLine);
         DebugLine(std::string(path) + "(" + std::to_string(textLine > 0 ? textLine : line) + "): " + error);
         const bool nextRow = line > firstLine && ((next >= '0' && next <= '9') || next == '-');
-        if (!nextRow && !parser.SkipTillChar('\n'))
-            break;
+        if (!nextRow)
+            parser.SkipLine();
     }
     return true;
 }

@@ -15,8 +15,8 @@ class CItfAnimationBox : public CItfWnd
     ~CItfAnimationBox() override;
 
     using CItfWnd::Create;
-    /// False when the window can't be created, and, with the window in the table, when the host has no clips
-    /// or can't open this one.
+    /// False when the window can't be created, and, with the window in the table, when the host can't open
+    /// the clip. Of a host without clips the box stays empty.
     virtual bool Create(const char* caption, const RECT* rect, CItfWnd* parent, int ctrlId,
                         std::uint32_t style, IEngine* core, const char* clip);
     void OnTick(int elapsed) override;

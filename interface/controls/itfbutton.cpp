@@ -4,17 +4,13 @@
 #include <utility>
 
 #include "controls/itffont.h"
+#include "kernel/own_names.h"
 #include "platform/input.h"
 #include "platform/rect.h"
 
 namespace
 {
 
-constexpr char DEFAULT_DOWN_SPRITE[] = "itfBtDown";
-constexpr char DEFAULT_UP_SPRITE[] = "itfBtUp";
-constexpr char DEFAULT_FONT[] = "itfBtnFont";
-constexpr char HOT_SUFFIX[] = "A";
-constexpr char DISABLED_SUFFIX[] = "Dis";
 constexpr char CLICK_SOUND[] = "itfButtonClick";
 constexpr std::uint32_t CAPTION_COLOUR = 0xffffff;
 
@@ -39,16 +35,15 @@ bool CItfButton::Create(const char* caption, const RECT* rect, CItfWnd* parent, 
     if (!CItfWnd::Create(caption, nullptr, rect, parent, ctrlId, style, core))
         return false;
     ReleaseResources();
-    m_nSpriteDown = AcquireSprite(downSprite != nullptr ? downSprite : DEFAULT_DOWN_SPRITE);
-    m_nSpriteUp = AcquireSprite(upSprite != nullptr ? upSprite : DEFAULT_UP_SPRITE);
+    m_nSpriteDown = AcquireSprite(downSprite != nullptr ? downSprite : SPRITE_BUTTON_DOWN);
+    m_nSpriteUp = AcquireSprite(upSprite != nullptr ? upSprite : SPRITE_BUTTON_UP);
     if (m_nSpriteDown < 0 || m_nSpriteUp < 0) {
         Destroy();
         return false;
     }
-    const std::string font = DEFAULT_FONT;
-    m_nFont = AcquireFont(font.c_str());
-    m_nFontHot = AcquireFont((font + HOT_SUFFIX).c_str());
-    m_nFontDisabled = AcquireFont((font + DISABLED_SUFFIX).c_str());
+    m_nFont = AcquireFont(FONT_BUTTON);
+    m_nFontHot = AcquireFont(FONT_BUTTON_ACTIVE);
+    m_nFontDisabled = AcquireFont(FONT_BUTTON_DISABLED);
     return true;
 }
 
@@ -63,26 +58,13 @@ void CItfButton::Toggle()
     SetState(m_nState == BUTTON_DOWN ? BUTTON_UP : BUTTON_DOWN);
 }
 
-void CItfButton::ReplaceFont(int& slot, int font)
-{
-    ReleaseFont(std::exchange(slot, font));
-}
-
 bool CItfButton::SetFont(const char* name)
 {
-    if (name == nullptr)
+    if (!ReplaceFontByName(m_nFont, name))
         return false;
-    const int font = AcquireFont(name);
-    if (font < 0)
-        return false;
-    ReplaceFont(m_nFont, font);
-    const int hot = AcquireFont((std::string(name) + HOT_SUFFIX).c_str());
-    if (hot < 0)
-        return true;
-    ReplaceFont(m_nFontHot, hot);
-    const int disabled = AcquireFont((std::string(name) + DISABLED_SUFFIX).c_str());
-    if (disabled >= 0)
-        ReplaceFont(m_nFontDisabled, disabled);
+    const std::string base = name;
+    if (ReplaceFontByName(m_nFontHot, (base + FONT_SUFFIX_ACTIVE).c_str()))
+        ReplaceFontByName(m_nFontDisabled, (base + FONT_SUFFIX_DISABLED).c_str());
     return true;
 }
 

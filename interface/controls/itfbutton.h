@@ -59,7 +59,6 @@ class CItfButton : public CItfWnd
     bool IsCheckBox() const { return (m_dwStyle & BTSTYLE_CHECKBOX) != 0; }
     bool IsManual() const { return (m_dwStyle & BTSTYLE_MANUAL) != 0; }
     void ReleaseResources();
-    void ReplaceFont(int& slot, int font);
     Word OnMouseMove(std::uint32_t wParam, std::int32_t lParam);
     Word OnLButtonDown(std::uint32_t wParam, std::int32_t lParam);
     Word OnLButtonUp(std::uint32_t wParam, std::int32_t lParam);

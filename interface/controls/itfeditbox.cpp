@@ -4,13 +4,11 @@
 #include <cstring>
 #include <new>
 
+#include "kernel/own_names.h"
 #include "platform/clipboard.h"
 
 namespace
 {
-
-constexpr char DEFAULT_FONT[] = "itfMenuFont";
-constexpr char SELECTION_SPRITE[] = "itfTrans137";
 
 // The clipboard, open as long as the object lives.
 class CClipboardSession
@@ -81,9 +79,9 @@ bool CItfEditBox::Create(const char* caption, const char* sprite, const RECT* re
         ClearText();
     if (!CItfWnd::Create(caption, sprite, rect, parent, ctrlId, style, core))
         return false;
-    SetFont(DEFAULT_FONT);
+    SetFont(FONT_MENU);
     ReleaseSprite(m_nSelSprite);
-    m_nSelSprite = AcquireSprite(SELECTION_SPRITE);
+    m_nSelSprite = AcquireSprite(SPRITE_HIGHLIGHT);
     SetModified(false);
     return true;
 }
@@ -145,14 +143,11 @@ void CItfEditBox::SetModified(bool modified)
 
 bool CItfEditBox::SetFont(const char* name)
 {
-    const int font = AcquireFont(name);
-    if (font < 0)
+    if (!ReplaceFontByName(m_nFont, name))
         return false;
-    ReleaseFont(m_nFont);
-    m_nFont = font;
-    m_Widths.Measure(GetFont(font));
+    m_Widths.Measure(GetFont(m_nFont));
     // A font without a height would be divided by.
-    if (const int height = GetFontHeight(font); height > 0)
+    if (const int height = GetFontHeight(m_nFont); height > 0)
         m_nLineHeight = height;
     return true;
 }

@@ -14,7 +14,10 @@ CItfFlagBox::~CItfFlagBox()
 bool CItfFlagBox::Create(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent,
                          int ctrlId, std::uint32_t style, IEngine* core)
 {
-    DestroyFlag(); // of an earlier life of the window
+    if (m_nId == -1) {
+        DestroyFlag(); // of an earlier life of the window
+        m_Block = ItfFlagBlock();
+    }
     return CItfWnd::Create(caption, sprite, rect, parent, ctrlId, style, core);
 }
 

@@ -6,13 +6,12 @@
 
 #include "controls/itffont.h"
 #include "controls/itfscrollbar.h"
+#include "kernel/own_names.h"
 #include "platform/rect.h"
 
 namespace
 {
 
-constexpr char DEFAULT_FONT[] = "itfListFont";
-constexpr char DEFAULT_HIGHLIGHT[] = "itfTrans137";
 /// What the bar takes from the lines, and what stays free of it at the right.
 constexpr int BAR_SPACE = 20;
 constexpr int BAR_MARGIN = 2;
@@ -29,7 +28,7 @@ CItfListBox::CItfListBox() = default;
 
 CItfListBox::~CItfListBox()
 {
-    ReleaseFont(std::exchange(m_nFont, -1));
+    ReplaceFont(m_nFont, -1);
     ReleaseSprite(std::exchange(m_nSelSprite, -1));
 }
 
@@ -41,8 +40,8 @@ bool CItfListBox::Create(const char* caption, const char* sprite, const RECT* re
     m_pScrollBar.reset();
     m_nCurSel = -1;
     m_nTopIndex = 0;
-    ReleaseFont(std::exchange(m_nFont, AcquireFont(DEFAULT_FONT)));
-    SetSelSprite(AcquireSprite(DEFAULT_HIGHLIGHT));
+    ReplaceFont(m_nFont, AcquireFont(FONT_LIST));
+    SetSelSprite(AcquireSprite(SPRITE_HIGHLIGHT));
     return true;
 }
 
@@ -66,15 +65,18 @@ void CItfListBox::InsertItem(int index, const ItfListItem& item)
 
 void CItfListBox::Fill(std::size_t count, const std::function<const ItfListItem&(std::size_t)>& itemOf)
 {
+    // First, since what the layouts paint may change what the items come from.
+    std::vector<ItfListItem> items;
+    items.reserve(count);
+    for (std::size_t i = 0; i < count; ++i)
+        items.push_back(itemOf(i));
+    if ((m_dwStyle & LBSTYLE_SORTED) != 0)
+        std::stable_sort(items.begin(), items.end(), SortsBefore);
     const int self = m_nId;
     ResetContent();
     if (!IsStill(this, self) || count == 0)
         return;
-    m_Items.reserve(count);
-    for (std::size_t i = 0; i < count; ++i)
-        m_Items.push_back(itemOf(i));
-    if ((m_dwStyle & LBSTYLE_SORTED) != 0)
-        std::stable_sort(m_Items.begin(), m_Items.end(), SortsBefore);
+    m_Items = std::move(items);
     Layout();
 }
 
@@ -88,17 +90,13 @@ void CItfListBox::ResetContent()
 
 bool CItfListBox::SetFont(const char* name)
 {
-    const int font = AcquireFont(name);
-    if (font < 0)
-        return false;
-    ReleaseFont(std::exchange(m_nFont, font));
-    return true;
+    return ReplaceFontByName(m_nFont, name);
 }
 
 void CItfListBox::SetFontHandle(int font)
 {
     AddFontRef(font); // first, in case it is the one that is released
-    ReleaseFont(std::exchange(m_nFont, font));
+    ReplaceFont(m_nFont, font);
 }
 
 void CItfListBox::SetSelSprite(int sprite)

@@ -61,8 +61,7 @@ class CItfListBox : public CItfWnd
     int AddItem(const ItfListItem& item);
     /// An index below 0 is the first place, one at or past the end the last.
     void InsertItem(int index, const ItfListItem& item);
-    /// The same as ResetContent and then AddItem of itemOf(0) to itemOf(count - 1), in linear time. The items
-    /// must not be this box's own.
+    /// The same as ResetContent and then AddItem of itemOf(0) to itemOf(count - 1), in linear time.
     void Fill(std::size_t count, const std::function<const ItfListItem&(std::size_t)>& itemOf);
     /// No items, no selection, the top line 0.
     void ResetContent();

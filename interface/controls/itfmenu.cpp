@@ -5,14 +5,12 @@
 #include <utility>
 
 #include "controls/itffont.h"
+#include "kernel/own_names.h"
 #include "platform/rect.h"
 
 namespace
 {
 
-constexpr char FONT[] = "itfMenuFont";
-constexpr char FONT_ACTIVE[] = "itfMenuFontA";
-constexpr char FONT_DISABLED[] = "itfMenuFontDis";
 constexpr char CLICK_SOUND[] = "itfMenuClick";
 constexpr std::uint32_t ITEM_COLOUR = 0xffffff;
 constexpr std::uint32_t ITEM_TEXT_FLAGS = FONT_MULTILINE | FONT_CENTER_HOR | FONT_CENTER_VERT;
@@ -124,9 +122,9 @@ bool CItfMenu::Create(const char* caption, const char* sprite, const RECT* rect,
         return false;
     m_nHotItem = -1;
     ReleaseFonts();
-    m_nFont = AcquireFont(FONT);
-    m_nFontActive = AcquireFont(FONT_ACTIVE);
-    m_nFontDisabled = AcquireFont(FONT_DISABLED);
+    m_nFont = AcquireFont(FONT_MENU);
+    m_nFontActive = AcquireFont(FONT_MENU_ACTIVE);
+    m_nFontDisabled = AcquireFont(FONT_MENU_DISABLED);
     return true;
 }
 

@@ -2,13 +2,12 @@
 
 #include <utility>
 
+#include "kernel/own_names.h"
+
 namespace
 {
 
 constexpr char WINDOW_NAME[] = "Progress";
-constexpr char EMPTY_SPRITE[] = "ItfProgressEmpty";
-constexpr char FULL_SPRITE[] = "ItfProgressFull";
-constexpr char FONT[] = "itfBtnFont";
 constexpr int PERCENT_MAX = 100;
 
 } // namespace
@@ -21,20 +20,20 @@ CItfProgress::~CItfProgress()
 void CItfProgress::ReleaseResources()
 {
     ReleaseSprite(std::exchange(m_nFull, -1));
-    ReleaseFont(std::exchange(m_nFont, -1));
+    ReplaceFont(m_nFont, -1);
 }
 
 bool CItfProgress::Create(const RECT* rect, CItfWnd* parent, int ctrlId, std::uint32_t style, IEngine* core)
 {
-    if (!CItfWnd::Create(WINDOW_NAME, EMPTY_SPRITE, rect, parent, ctrlId, style, core))
+    if (!CItfWnd::Create(WINDOW_NAME, SPRITE_PROGRESS_EMPTY, rect, parent, ctrlId, style, core))
         return false;
     ReleaseResources();
-    m_nFull = AcquireSprite(FULL_SPRITE);
+    m_nFull = AcquireSprite(SPRITE_PROGRESS_FULL);
     if (m_nFull < 0) {
         Destroy();
         return false;
     }
-    m_nFont = AcquireFont(FONT);
+    m_nFont = AcquireFont(FONT_BUTTON);
     return true;
 }
 

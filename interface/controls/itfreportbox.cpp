@@ -6,14 +6,12 @@
 
 #include "controls/itffont.h"
 #include "controls/itfroworder.h"
+#include "kernel/own_names.h"
 #include "platform/rect.h"
 
 namespace
 {
 
-constexpr char DEFAULT_HEADER_FONT[] = "itfBtnFont";
-constexpr char DEFAULT_LIST_FONT[] = "itfListFont";
-constexpr char ACTIVE_SUFFIX[] = "A";
 constexpr std::uint32_t HEADER_COLOUR = 0xffffff;
 
 } // namespace
@@ -27,7 +25,7 @@ CItfReportBox::~CItfReportBox()
 void CItfReportBox::ReleaseResources()
 {
     for (int* font : {&m_nHeaderFont, &m_nHeaderFontActive, &m_nListFont})
-        ReleaseFont(std::exchange(*font, -1));
+        ReplaceFont(*font, -1);
     ReleaseSprite(std::exchange(m_nSelSprite, -1));
 }
 
@@ -42,35 +40,29 @@ bool CItfReportBox::Create(const char* caption, const char* sprite, const RECT* 
     m_nActiveHeader = -1;
     m_bHeaderDown = false;
     ReleaseResources();
-    m_nHeaderFont = AcquireFont(DEFAULT_HEADER_FONT);
-    m_nHeaderFontActive = AcquireFont(DEFAULT_HEADER_FONT);
-    m_nListFont = AcquireFont(DEFAULT_LIST_FONT);
+    m_nHeaderFont = AcquireFont(FONT_BUTTON);
+    m_nHeaderFontActive = AcquireFont(FONT_BUTTON);
+    m_nListFont = AcquireFont(FONT_LIST);
     return true;
 }
 
 bool CItfReportBox::SetListFont(const char* name)
 {
-    const int font = AcquireFont(name);
-    if (font < 0)
+    if (!ReplaceFontByName(m_nListFont, name))
         return false;
-    ReleaseFont(std::exchange(m_nListFont, font));
     for (const Column& column : m_Columns)
-        column.list->SetFontHandle(font);
+        column.list->SetFontHandle(m_nListFont);
     return true;
 }
 
 bool CItfReportBox::SetHeaderFont(const char* name)
 {
-    const int font = AcquireFont(name);
-    if (font < 0)
+    if (!ReplaceFontByName(m_nHeaderFont, name))
         return false;
-    int active = AcquireFont((std::string(name) + ACTIVE_SUFFIX).c_str());
-    if (active < 0) {
-        active = font;
-        AddFontRef(active);
+    if (!ReplaceFontByName(m_nHeaderFontActive, (std::string(name) + FONT_SUFFIX_ACTIVE).c_str())) {
+        AddFontRef(m_nHeaderFont);
+        ReplaceFont(m_nHeaderFontActive, m_nHeaderFont);
     }
-    ReleaseFont(std::exchange(m_nHeaderFont, font));
-    ReleaseFont(std::exchange(m_nHeaderFontActive, active));
     return true;
 }
 

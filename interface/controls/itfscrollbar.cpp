@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "kernel/own_names.h"
 #include "platform/rect.h"
 #include "platform/system.h"
 
@@ -22,10 +23,10 @@ struct SpriteNames {
     const char* arrowDownActive;
 };
 
-constexpr SpriteNames VERTICAL_SPRITES = {"itfScBar", "itfScArrUp", "itfScArrUpA", "itfScArrDown",
-                                          "itfScArrDownA"};
-constexpr SpriteNames HORIZONTAL_SPRITES = {"itfScHorBar", "itfScHorArrUp", "itfScHorArrUpA",
-                                            "itfScHorArrDown", "itfScHorArrDownA"};
+constexpr SpriteNames VERTICAL_SPRITES = {SPRITE_BAR, SPRITE_BAR_UP, SPRITE_BAR_UP_ACTIVE, SPRITE_BAR_DOWN,
+                                          SPRITE_BAR_DOWN_ACTIVE};
+constexpr SpriteNames HORIZONTAL_SPRITES = {SPRITE_HOR_BAR, SPRITE_HOR_BAR_UP, SPRITE_HOR_BAR_UP_ACTIVE,
+                                            SPRITE_HOR_BAR_DOWN, SPRITE_HOR_BAR_DOWN_ACTIVE};
 
 SIZE SizeOf(const RECT& rect)
 {

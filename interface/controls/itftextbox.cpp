@@ -8,13 +8,12 @@
 
 #include "controls/itffont.h"
 #include "controls/itfscrollbar.h"
+#include "kernel/own_names.h"
 
 namespace
 {
 
 constexpr std::size_t TEXT_GROWTH_STEP = 1000;
-constexpr char DEFAULT_FONT[] = "itfListFont";
-constexpr char DISABLED_SUFFIX[] = "Dis";
 constexpr std::uint32_t TEXT_COLOUR = 0xffffff;
 /// The bar stands beside the inner rectangle and yet takes this much from the text.
 constexpr int SCROLLBAR_WIDTH = 18;
@@ -28,7 +27,7 @@ CItfTextBox::CItfTextBox() : m_Text(TEXT_GROWTH_STEP) {}
 CItfTextBox::~CItfTextBox()
 {
     for (int* font : {&m_nFont, &m_nCaptionFont, &m_nDisabledFont})
-        ReleaseFont(std::exchange(*font, -1));
+        ReplaceFont(*font, -1);
 }
 
 bool CItfTextBox::Create(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent,
@@ -38,14 +37,9 @@ bool CItfTextBox::Create(const char* caption, const char* sprite, const RECT* re
         return false;
     m_pScrollBar.reset();
     for (int* font : {&m_nFont, &m_nCaptionFont, &m_nDisabledFont})
-        ReplaceFont(*font, AcquireFont(DEFAULT_FONT));
+        ReplaceFont(*font, AcquireFont(FONT_LIST));
     m_rcText = m_rcClient;
     return true;
-}
-
-void CItfTextBox::ReplaceFont(int& slot, int font)
-{
-    ReleaseFont(std::exchange(slot, font));
 }
 
 bool CItfTextBox::SetText(const char* text)
@@ -86,23 +80,15 @@ bool CItfTextBox::SetFloat(float value)
 
 bool CItfTextBox::SetFont(const char* name)
 {
-    const int font = name != nullptr ? AcquireFont(name) : -1;
-    if (font < 0)
+    if (!ReplaceFontByName(m_nFont, name))
         return false;
-    ReplaceFont(m_nFont, font);
-    const int disabled = AcquireFont((std::string(name) + DISABLED_SUFFIX).c_str());
-    if (disabled >= 0)
-        ReplaceFont(m_nDisabledFont, disabled);
+    ReplaceFontByName(m_nDisabledFont, (std::string(name) + FONT_SUFFIX_DISABLED).c_str());
     return true;
 }
 
 bool CItfTextBox::SetCaptionFont(const char* name)
 {
-    const int font = name != nullptr ? AcquireFont(name) : -1;
-    if (font < 0)
-        return false;
-    ReplaceFont(m_nCaptionFont, font);
-    return true;
+    return ReplaceFontByName(m_nCaptionFont, name);
 }
 
 int CItfTextBox::CountLines(const RECT& rect) const

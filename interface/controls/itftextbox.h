@@ -82,7 +82,6 @@ class CItfTextBox : public CItfWnd
     RECT m_rcText;      ///< where the text is laid out
     std::vector<Mark> m_Colours;
 
-    void ReplaceFont(int& slot, int font);
     void Layout();
     int CountLines(const RECT& rect) const;
     /// How many lines fit in the rectangle; all of them with a font that has no height.

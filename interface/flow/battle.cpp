@@ -10,6 +10,7 @@
 #include "iengine.h"
 #include "ientities.h"
 #include "irender2d.h"
+#include "kernel/own_names.h"
 #include "platform/files.h"
 
 namespace
@@ -68,8 +69,8 @@ void CMainWnd::ShowLoadingScreen()
 {
     // What the player saw last lies under what follows.
     m_pRender2D->Blit(0, Toolkit().screenSurface, DISPLAY_NOW, &Toolkit().virtualScreen, nullptr, false);
-    PaintFullScreen("itfFade");
-    const int logo = AcquireSprite("itfScLogo");
+    PaintFullScreen(SPRITE_FADE);
+    const int logo = AcquireSprite(SPRITE_LOGO);
     RECT size;
     GetSpriteRect(logo, &size);
     const LONG left = (m_rcClient.right - size.right) / 2;
@@ -140,7 +141,7 @@ void CMainWnd::LeaveProgram(const ReportRow&)
 
 void CMainWnd::AskLeaveBattle()
 {
-    PaintFullScreen("itfFade");
+    PaintFullScreen(SPRITE_FADE);
     MessageBox(GetResString(TEXT_LEAVE_QUESTION), GetResString(TEXT_LEAVE_CAPTION), this, BOX_LEAVE_BATTLE,
                CValueBox::STYLE_YES_NO);
 }

@@ -70,8 +70,8 @@ constexpr ControlRule SCENARIO_CONTROLS[] = {
 };
 
 constexpr ControlRule SCENARIO_BRIEF_CONTROLS[] = {
-    {CScenBriefDlg::IDC_CLOSE, KIND_BUTTON},
-    {CScenBriefDlg::IDC_START, KIND_BUTTON},
+    {CScenBriefDlg::IDC_CLOSE, KIND_BUTTON, REQUIRED},
+    {CScenBriefDlg::IDC_START, KIND_BUTTON, REQUIRED},
     {CScenBriefDlg::IDC_DESCRIPTION, KIND_TEXTBOX},
     {CScenBriefDlg::IDC_TITLE, KIND_TEXTBOX},
     {CScenBriefDlg::IDC_SHIPS_A, KIND_TABLE, false, SHIP_COLUMNS},
@@ -83,7 +83,7 @@ constexpr ControlRule SCENARIO_BRIEF_CONTROLS[] = {
     {CScenBriefDlg::IDC_OPTION, KIND_CHECKBOX},
     {CScenBriefDlg::IDC_FLAG_A, KIND_FLAGBOX},
     {CScenBriefDlg::IDC_FLAG_B, KIND_FLAGBOX},
-    {CScenBriefDlg::IDC_BACK, KIND_BUTTON},
+    {CScenBriefDlg::IDC_BACK, KIND_BUTTON, REQUIRED},
     {CScenBriefDlg::IDC_EASIER, KIND_BUTTON},
     {CScenBriefDlg::IDC_DIFFICULTY, KIND_TEXTBOX},
     {CScenBriefDlg::IDC_HARDER, KIND_BUTTON},

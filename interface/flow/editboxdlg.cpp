@@ -1,7 +1,6 @@
 #include "flow/editboxdlg.h"
 
 #include "controls/itfeditbox.h"
-#include "controls/itftextbox.h"
 #include "flow/dialog_contract.h"
 #include "flow/flow.h"
 
@@ -20,8 +19,7 @@ bool CEditBoxDlg::Create(const char* prompt, CItfWnd* parent, int id, std::uint3
     if (!CreateFromResource("MsgBox", nullptr, &BOX_RECT, parent, id, style, core, SECTION_EDIT))
         return false;
     SetModal();
-    if (auto* box = GetControlAs<CItfTextBox>(IDC_PROMPT))
-        box->SetText(prompt);
+    SetBoxText(IDC_PROMPT, prompt);
     return true;
 }
 

@@ -9,6 +9,7 @@
 #include "iengine.h"
 #include "ilogic.h"
 #include "itfrecords.h"
+#include "kernel/own_names.h"
 #include "platform/system.h"
 
 namespace
@@ -78,8 +79,8 @@ bool CMainDlg::AddVersionText()
     if (!text->Create("TextBox", nullptr, &VERSION_RECT, this, IDC_VERSION, VERSION_STYLE, m_pCore))
         return false;
     text->SetInnerRect(VERSION_INNER_RECT);
-    text->SetFont("itfListFont1");
-    text->SetCaptionFont("itfListFont1");
+    text->SetFont(FONT_NOTE);
+    text->SetCaptionFont(FONT_NOTE);
     text->SetCaption(FormatVersion().c_str());
     AddControl(KIND_TEXTBOX, IDC_VERSION, std::move(text));
     return true;

@@ -8,6 +8,7 @@
 #include "isound.h"
 #include "keelworks/ds_file.h"
 #include "kernel/nameloader.h"
+#include "kernel/own_names.h"
 #include "platform/system.h"
 #include "scenario/scenbriefdlg.h"
 #include "scenario/scenhead.h"
@@ -112,7 +113,7 @@ const CItfWnd::Row* CMainWnd::GetMessageTable() const
 void CMainWnd::OnCreate()
 {
     ReleaseFont(m_nBtnFont);
-    m_nBtnFont = AcquireFont("itfBtnFont");
+    m_nBtnFont = AcquireFont(FONT_BUTTON);
     ReadOptions();
 }
 
@@ -383,7 +384,7 @@ void CMainWnd::AskLeaveProgram()
     // Two presses in one frame come here twice.
     if (FindWindow(GetModalId()) != nullptr)
         return;
-    PaintFullScreen("itfFade2");
+    PaintFullScreen(SPRITE_FADE_QUESTION);
     MessageBox(GetResString(TEXT_LEAVE_QUESTION), GetResString(TEXT_LEAVE_CAPTION), this, BOX_LEAVE_PROGRAM,
                CValueBox::STYLE_YES_NO);
 }

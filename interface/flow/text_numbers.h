@@ -29,7 +29,7 @@
 // clang-format on
 
 enum TextNumber : int {
-#define SEAWARDEN_TEXT_ENUMERATOR(name, number) name = number,
+#define SEAWARDEN_TEXT_ENUMERATOR(name, number) name = (number),
     SEAWARDEN_TEXT_NUMBERS(SEAWARDEN_TEXT_ENUMERATOR)
 #undef SEAWARDEN_TEXT_ENUMERATOR
 };

@@ -1,7 +1,6 @@
 #include "flow/valuebox.h"
 
 #include "controls/itfbutton.h"
-#include "controls/itftextbox.h"
 #include "flow/dialog_contract.h"
 #include "flow/flow.h"
 
@@ -10,12 +9,6 @@ namespace
 
 /// The resource places the box; this is what it has before.
 constexpr RECT BOX_RECT = {10, 10, 20, 20};
-
-void SetBoxText(CItfDialog& dialog, int id, const char* text)
-{
-    if (auto* box = dialog.GetControlAs<CItfTextBox>(id))
-        box->SetText(text);
-}
 
 } // namespace
 
@@ -28,8 +21,8 @@ bool CValueBox::Create(const char* first, const char* second, CItfWnd* parent, i
     if (!CreateFromResource("ValueBox", nullptr, &BOX_RECT, parent, id, style, core, section))
         return false;
     m_nOldModal = GetModalId();
-    SetBoxText(*this, IDC_CAPTION, second);
-    SetBoxText(*this, IDC_MESSAGE, first);
+    SetBoxText(IDC_CAPTION, second);
+    SetBoxText(IDC_MESSAGE, first);
     if (CItfWnd* button = GetControl(IDC_FIRST)) {
         if ((style & STYLE_OTHER_BUTTON) != 0)
             button->SetCaption(GetResString(TEXT_OTHER_BUTTON));

@@ -26,16 +26,42 @@ constexpr std::size_t NAME_FIELD = MAX_LOGICAL_NAME + 1;
 // The floats behind the rectangle of a flag box.
 constexpr std::size_t FLAG_FLOATS = 6;
 
+constexpr std::uint32_t BUTTONS = StyleKind(KIND_BUTTON) | StyleKind(KIND_CHECKBOX);
+constexpr std::uint32_t TEXTBOXES = StyleKind(KIND_TEXTBOX);
+constexpr std::uint32_t EDITBOXES = StyleKind(KIND_EDITBOX);
+constexpr std::uint32_t LISTBOXES = StyleKind(KIND_LISTBOX);
+constexpr std::uint32_t TABLES = StyleKind(KIND_TABLE);
+constexpr std::uint32_t COLUMNS = StyleKind(KIND_COLUMN);
+constexpr std::uint32_t SCROLLED = TEXTBOXES | LISTBOXES | TABLES;
+constexpr std::uint32_t WITH_SPRITE = BUTTONS | SCROLLED | EDITBOXES | StyleKind(KIND_SLIDER) |
+                                      StyleKind(KIND_PICTUREBOX) | StyleKind(KIND_VIDEOBOX);
+constexpr std::uint32_t NO_CONTROL = 0; // dialogs are shaded, and have no style in the resource
+
 // The same bit means different things in different classes; a class reads only its own names.
 constexpr ControlStyleName STYLE_NAMES[] = {
-    {"ITFBTSTYLE_MANUAL", 0x100000},      {"TBSTYLE_CENTERED", 0x30000},    {"TBSTYLE_CENTER_VERT", 0x20000},
-    {"TBSTYLE_CENTER_HOR", 0x10000},      {"TBSTYLE_NOVSCROLL", 0x40000},   {"TBSTYLE_HASCAPTION", 0x80000},
-    {"TBSTYLE_CAPTIONRIGHT", 0x100000},   {"TBSTYLE_ALIGNRIGHT", 0x200000}, {"LBSTYLE_NOSELECT", 0x10000000},
-    {"LBSTYLE_RIGHT", 0x80000000},        {"LBSTYLE_CENTER", 0x40000000},   {"RBSTYLE_NOSELECT", 0x1000000},
-    {"RBSTYLE_NOSORT", 0x4000000},        {"RBCOL_RIGHT", 0x80000000},      {"RBCOL_CENTER", 0x40000000},
-    {"RBCOL_NUMBER", 0x2000000},          {"RBCOL_FILEDIR", 0x8000000},     {"IWS_SHADE", IWS_SHADE},
-    {"IWS_BK_KEYCOLOR", IWS_BK_KEYCOLOR}, {"VSTYLE_LOOP", 0x10000},         {"IWS_VSCROLL", IWS_VSCROLL},
-    {"SBSTYLE_NOARROWS", 0x20000},        {"EDS_READONLY", 0x20000},
+    {"ITFBTSTYLE_MANUAL", 0x100000, BUTTONS},
+    {"TBSTYLE_CENTERED", 0x30000, TEXTBOXES},
+    {"TBSTYLE_CENTER_VERT", 0x20000, TEXTBOXES},
+    {"TBSTYLE_CENTER_HOR", 0x10000, TEXTBOXES},
+    {"TBSTYLE_NOVSCROLL", 0x40000, TEXTBOXES | EDITBOXES},
+    {"TBSTYLE_HASCAPTION", 0x80000, TEXTBOXES | EDITBOXES},
+    {"TBSTYLE_CAPTIONRIGHT", 0x100000, TEXTBOXES},
+    {"TBSTYLE_ALIGNRIGHT", 0x200000, TEXTBOXES},
+    {"LBSTYLE_NOSELECT", 0x10000000, LISTBOXES},
+    {"LBSTYLE_RIGHT", 0x80000000, LISTBOXES},
+    {"LBSTYLE_CENTER", 0x40000000, LISTBOXES},
+    {"RBSTYLE_NOSELECT", 0x1000000, TABLES},
+    {"RBSTYLE_NOSORT", 0x4000000, TABLES},
+    {"RBCOL_RIGHT", 0x80000000, COLUMNS},
+    {"RBCOL_CENTER", 0x40000000, COLUMNS},
+    {"RBCOL_NUMBER", 0x2000000, COLUMNS},
+    {"RBCOL_FILEDIR", 0x8000000, COLUMNS},
+    {"IWS_SHADE", IWS_SHADE, NO_CONTROL},
+    {"IWS_BK_KEYCOLOR", IWS_BK_KEYCOLOR, WITH_SPRITE},
+    {"VSTYLE_LOOP", 0x10000, StyleKind(KIND_VIDEOBOX)},
+    {"IWS_VSCROLL", IWS_VSCROLL, SCROLLED},
+    {"SBSTYLE_NOARROWS", 0x20000, StyleKind(KIND_SLIDER)},
+    {"EDS_READONLY", 0x20000, EDITBOXES},
 };
 
 // A name that may be left out is an empty string in the resource and null in the code.

@@ -14,9 +14,15 @@ constexpr int MAX_RESOURCE_COORDINATE = 16383;
 /// Characters of a text.
 constexpr std::size_t MAX_RESOURCE_TEXT = 259;
 
+/// A kind as a bit of ControlStyleName's kinds.
+constexpr std::uint32_t StyleKind(ItfControlKind kind)
+{
+    return 1U << kind;
+}
 struct ControlStyleName {
     const char* name;
     std::uint32_t value;
+    std::uint32_t kinds; ///< that read it: the or of their StyleKind
 };
 /// Every style name of the resource but those of flag boxes and menu items.
 std::span<const ControlStyleName> ControlStyleNames();

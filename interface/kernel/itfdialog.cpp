@@ -4,6 +4,7 @@
 
 #include "controls/itfmenu.h"
 #include "controls/itfreportbox.h"
+#include "controls/itftextbox.h"
 #include "keelworks/ds_file.h"
 #include "kernel/dialog_loader.h"
 #include "platform/system.h"
@@ -57,6 +58,20 @@ bool CItfDialog::HasControl(int kind, int id) const
     return std::any_of(m_Controls.begin(), m_Controls.end(), [kind, id](const Control& control) {
         return control.kind == kind && control.id == id;
     });
+}
+
+void CItfDialog::SetBoxText(int id, const char* text)
+{
+    if (auto* box = GetControlAs<CItfTextBox>(id))
+        box->SetText(text);
+}
+
+void CItfDialog::ShowBoxText(int id, const char* text)
+{
+    if (auto* box = GetControlAs<CItfTextBox>(id)) {
+        box->SetText(text);
+        box->Redraw();
+    }
 }
 
 CItfReportBox* CItfDialog::FindTable(int id) const

@@ -273,6 +273,10 @@ class CItfWnd
     /// Nothing of the object may be touched otherwise, so this touches nothing either. True for -1, a window
     /// in no table.
     static bool IsStill(const CItfWnd* wnd, int id);
+    /// Puts a font whose reference the caller hands over in the place of the one in `slot`; -1 for none.
+    void ReplaceFont(int& slot, int font);
+    /// False when there is no font of that name, and nothing changes. Null is no name.
+    bool ReplaceFontByName(int& slot, const char* name);
     /// Surface of a sprite to draw on, the screen surface for a negative index.
     int TargetSurface(int sprite) const;
 

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <strings.h>
 #include <type_traits>
+#include <utility>
 
 #include "irender2d.h"
 #include "kernel/itfwnd.h"
@@ -263,6 +264,19 @@ void CItfWnd::AddFontRef(int index)
 {
     if (FontEntry* entry = UsedFont(index))
         ++entry->refs;
+}
+
+void CItfWnd::ReplaceFont(int& slot, int font)
+{
+    ReleaseFont(std::exchange(slot, font));
+}
+
+bool CItfWnd::ReplaceFontByName(int& slot, const char* name)
+{
+    const int font = AcquireFont(name);
+    if (font >= 0)
+        ReplaceFont(slot, font);
+    return font >= 0;
 }
 
 CItfFont* CItfWnd::GetFont(int index) const

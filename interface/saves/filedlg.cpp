@@ -4,7 +4,6 @@
 
 #include "controls/itfeditbox.h"
 #include "controls/itfreportbox.h"
-#include "controls/itftextbox.h"
 #include "flow/dialog_contract.h"
 #include "flow/text_numbers.h"
 #include "flow/valuebox.h"
@@ -50,8 +49,7 @@ bool CFileDlg::Create(const char* title, const char* sprite, const RECT* rect, C
     m_pList = GetControlAs<CItfReportBox>(IDC_LIST);
     m_pFolderEdit = GetControlAs<CItfEditBox>(IDC_FOLDER);
     m_pFileEdit = GetControlAs<CItfEditBox>(IDC_FILE);
-    if (auto* box = GetControlAs<CItfTextBox>(IDC_TITLE))
-        box->SetText(title);
+    SetBoxText(IDC_TITLE, title);
     m_Shell.Init();
     EnterStart(startFolder);
     FillList();

@@ -9,13 +9,13 @@
 #include "flow/dialog_contract.h"
 #include "flow/flow.h"
 #include "flow/valuebox.h"
+#include "kernel/own_names.h"
 #include "platform/system.h"
 #include "scenario/scenhead.h"
 
 namespace
 {
 
-constexpr char WHITE_FLAG[] = "white_flg.tf";
 constexpr int FLAG_FILE_BUFFER = 260;
 constexpr int DIFFICULTIES = 3;
 /// Which items the lists ask the parser for.
@@ -30,6 +30,7 @@ bool CScenBriefDlg::Create(const char* caption, const char* sprite, const RECT* 
 {
     if (!CreateFromResource(caption, sprite, rect, parent, ctrlId, style, core, SECTION_SCENARIO_BRIEF))
         return false;
+    CheckRequiredControls(*this, SECTION_SCENARIO_BRIEF);
     m_strPath = path;
     try {
         OpenScenario(m_strPath.c_str());
@@ -109,7 +110,7 @@ void CScenBriefDlg::SetSideFlag(int control, int nation, bool custom, const CObj
     char file[FLAG_FILE_BUFFER] = {};
     const int index = m_pResources != nullptr ? m_pResources->Find(&guid) : -1;
     const bool known = index >= 0 && m_pResources->GetFlagFile(index, 0, file, sizeof file);
-    flag->SetFlagFile(known ? file : WHITE_FLAG);
+    flag->SetFlagFile(known ? file : TEXTURE_WHITE_FLAG);
 }
 
 void CScenBriefDlg::FillShips()
@@ -207,8 +208,5 @@ void CScenBriefDlg::StepDifficulty(int step)
 
 void CScenBriefDlg::ShowDifficulty()
 {
-    if (auto* box = GetControlAs<CItfTextBox>(IDC_DIFFICULTY)) {
-        box->SetText(GetResString(TEXT_DIFFICULTY + m_nDifficulty));
-        box->Redraw();
-    }
+    ShowBoxText(IDC_DIFFICULTY, GetResString(TEXT_DIFFICULTY + m_nDifficulty));
 }

@@ -10,8 +10,10 @@ class CItfReportBox;
 class ICustomResources;
 
 /// Shows title, description, both sides with flags and ships, and takes the player's side and difficulty.
-/// Parses the scenario; a broken one is told in a message box, and Create gives false. Section
-/// "ScenBriefDlg"; needs none of its controls.
+/// Parses the scenario; a broken one is told in a message box, and Create gives false.
+///
+/// Section "ScenBriefDlg"; must hold its three ways out, the buttons IDC_CLOSE, IDC_START and IDC_BACK, or
+/// Create throws RESERR_SYNTAX.
 ///
 /// Reports RESULT_CLOSE, RESULT_DONE (start) and RESULT_BACK (to the list).
 class CScenBriefDlg : public CItfDialog, public CScenarioParser

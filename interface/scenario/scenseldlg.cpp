@@ -6,7 +6,6 @@
 #include <cstring>
 
 #include "controls/itfreportbox.h"
-#include "controls/itftextbox.h"
 #include "flow/dialog_contract.h"
 #include "flow/flow.h"
 #include "flow/valuebox.h"
@@ -52,14 +51,6 @@ bool IsAtSea(const SCENARIO_HEADER& header)
 {
     const std::string scene(header.szScene, strnlen(header.szScene, sizeof header.szScene));
     return scene.find(BATTLE_AT_SEA) != std::string::npos;
-}
-
-void SetBoxText(CItfDialog& dialog, int id, const char* text)
-{
-    if (auto* box = dialog.GetControlAs<CItfTextBox>(id)) {
-        box->SetText(text);
-        box->Redraw();
-    }
 }
 
 } // namespace
@@ -155,8 +146,8 @@ void CScenSelDlg::ShowDetails(int file)
     if (file >= 0 && static_cast<std::size_t>(file) < m_Files.size() &&
         !ReadScenarioHead((SCENARIO_FOLDER + m_Files[static_cast<std::size_t>(file)]).c_str(), true, head))
         return; // it has gone meanwhile: what is shown stays
-    SetBoxText(*this, IDC_DESCRIPTION, head.description.c_str());
-    SetBoxText(*this, IDC_TITLE, head.title.c_str());
+    ShowBoxText(IDC_DESCRIPTION, head.description.c_str());
+    ShowBoxText(IDC_TITLE, head.title.c_str());
 }
 
 Word CScenSelDlg::OnNotify(std::uint32_t code, std::int32_t id)
@@ -234,9 +225,10 @@ void CScenSelDlg::Import(const char* path)
 {
     // The logic leaves the new file's name here.
     char buffer[PATH_BUFFER] = {};
-    const bool fits = std::strlen(path) < sizeof buffer;
+    const std::size_t length = std::strlen(path);
+    const bool fits = length < sizeof buffer;
     if (fits)
-        std::strcpy(buffer, path);
+        std::memcpy(buffer, path, length); // which ends in a zero already
     const int self = m_nId;
     const bool imported =
         fits && m_pCore->GetScene(-1)->SendMessage(MSG_IMPORT_SCENARIO, DEST_LOGIC, 0, "l", buffer) != 0;

@@ -32,9 +32,11 @@ void VisitHeader(Visitor& v, Header& h)
     v.Range(0, SCENARIO_MOST_HOURS, h.nHours);
     v.Range(0, SCENARIO_MOST_MINUTES, h.nMinutes);
     v.Words(h.nTimeFlags);
-    v.Words(h.settings.reserved0[0], h.settings.reserved0[1], h.settings.nSideANation,
-            h.settings.nSideACount);
-    v.Words(h.settings.reserved1, h.settings.nSideBNation, h.settings.nSideBCount, h.settings.reserved2);
+    v.Range(0, 0, h.settings.reserved0[0], h.settings.reserved0[1]);
+    v.Words(h.settings.nSideANation, h.settings.nSideACount);
+    v.Range(0, 0, h.settings.reserved1);
+    v.Words(h.settings.nSideBNation, h.settings.nSideBCount);
+    v.Range(0, 0, h.settings.reserved2);
     v.Words(h.nVersion);
     v.Reserved(h.reserved2);
     v.Words(h.nSideAExtra, h.nSideBExtra);

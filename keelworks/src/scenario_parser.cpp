@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "keelworks/crc32.h"
 #include "keelworks/ds_file.h"
@@ -96,7 +97,7 @@ class CReader
     void Range(std::int32_t low, std::int32_t high, Ints&... out)
     {
         Words(out...);
-        if (!((out >= low && out <= high) && ...)) {
+        if (!((std::cmp_greater_equal(out, low) && std::cmp_less_equal(out, high)) && ...)) {
             Fail("a number that isn't from " + std::to_string(low) + " to " + std::to_string(high));
         }
     }
@@ -195,6 +196,10 @@ Scenario ReadScenario(const std::string& name, const std::vector<char>& bytes)
         if ((custom.bCustomA == 0 && custom.guidA != CObjGUID()) ||
             (custom.bCustomB == 0 && custom.guidB != CObjGUID())) {
             reader.Fail("the guid of a nation that isn't custom");
+        }
+        if ((custom.bCustomA != 0 && custom.guidA == CObjGUID()) ||
+            (custom.bCustomB != 0 && custom.guidB == CObjGUID())) {
+            reader.Fail("a custom nation without a guid");
         }
     }
     scenario.title = reader.TakeText(SCENARIO_MAX_TITLE);

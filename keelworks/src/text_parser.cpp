@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstring>
 
 #include "platform/codepage.h"
@@ -14,21 +13,10 @@ constexpr std::size_t LINE_BLOCK = 4096;
 constexpr std::size_t LONGEST_QUOTE_IN_ERROR = 40;
 constexpr std::string_view BYTE_ORDER_MARK = "\xef\xbb\xbf";
 constexpr unsigned char LAST_SPACE = ' ';
-constexpr int HEX = 16;
 
 constexpr bool IsSpace(unsigned char c)
 {
     return c <= LAST_SPACE;
-}
-
-constexpr bool IsDigit(unsigned char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-constexpr bool IsHexDigit(unsigned char c)
-{
-    return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
 /// Marks the bytes that end an unquoted token.
@@ -251,6 +239,13 @@ bool CTextParser::SkipTillChar(char c)
     }
 }
 
+void CTextParser::SkipLine()
+{
+    Begin();
+    m_nPos = LineEnd(m_nPos);
+    End(true);
+}
+
 char CTextParser::SkipSpace(bool take)
 {
     Begin();
@@ -310,54 +305,14 @@ bool CTextParser::TakeSeparator(std::string_view allowed, bool& last)
     return true;
 }
 
-bool CTextParser::TakeHexDigits(std::size_t begin, int& out)
+template <class T>
+bool CTextParser::TakeNumber(const ScannedNumber<T>& number, T& out)
 {
-    const std::size_t start = m_nPos;
-    std::size_t end = begin;
-    while (IsHexDigit(At(end))) {
-        ++end;
+    if (number.length == 0) {
+        return Fail(m_nPos, number.expected);
     }
-    if (end == begin) {
-        return Fail(start, "a hexadecimal number");
-    }
-    std::uint32_t bits = 0;
-    const auto result = std::from_chars(m_Text.data() + begin, m_Text.data() + end, bits, HEX);
-    if (result.ec != std::errc()) {
-        return Fail(start, "a hexadecimal number of at most 32 bits");
-    }
-    out = static_cast<int>(bits);
-    m_nPos = end;
-    return true;
-}
-
-bool CTextParser::TakeDecimal(int& out)
-{
-    const std::size_t start = m_nPos;
-    const std::size_t begin = At(start) == '+' ? start + 1 : start;
-    if (!IsDigit(At(begin)) && !(At(start) == '-' && IsDigit(At(start + 1)))) {
-        return Fail(start, "a number");
-    }
-    const auto [end, error] = std::from_chars(m_Text.data() + begin, m_Text.data() + m_Text.size(), out);
-    if (error != std::errc()) {
-        return Fail(start, "a number from -2147483648 to 2147483647");
-    }
-    m_nPos = static_cast<std::size_t>(end - m_Text.data());
-    return true;
-}
-
-bool CTextParser::TakeDecimal(float& out)
-{
-    const std::size_t start = m_nPos;
-    const std::size_t begin = At(start) == '+' ? start + 1 : start;
-    const std::size_t digits = At(start) == '-' ? start + 1 : begin;
-    if (!IsDigit(At(digits)) && !(At(digits) == '.' && IsDigit(At(digits + 1)))) {
-        return Fail(start, "a number");
-    }
-    const auto [end, error] = std::from_chars(m_Text.data() + begin, m_Text.data() + m_Text.size(), out);
-    if (error != std::errc()) {
-        return Fail(start, "a number within the range of a 32-bit float");
-    }
-    m_nPos = static_cast<std::size_t>(end - m_Text.data());
+    out = number.value;
+    m_nPos += number.length;
     return true;
 }
 
@@ -365,9 +320,8 @@ bool CTextParser::TakeInt(bool hex, std::string_view allowed, int& out, bool& la
 {
     SkipBlank();
     const std::size_t start = m_nPos;
-    const bool prefixed = At(start) == '0' && (At(start + 1) | 0x20) == 'x' && IsHexDigit(At(start + 2));
     int value = 0;
-    if (!(hex || prefixed ? TakeHexDigits(prefixed ? start + 2 : start, value) : TakeDecimal(value))) {
+    if (!TakeNumber(ScanTextInt(m_Text.substr(start), hex), value)) {
         return false;
     }
     if (!TakeSeparator(allowed, last)) {
@@ -404,7 +358,7 @@ bool CTextParser::ReadFloatElem(char separator, char end, float& out, bool& ende
     SkipBlank();
     const std::size_t start = m_nPos;
     float value = 0;
-    if (!TakeDecimal(value)) {
+    if (!TakeNumber(ScanTextFloat(m_Text.substr(start)), value)) {
         return End(false);
     }
     const char allowed[] = {separator, end};

@@ -80,6 +80,27 @@ if [ "$(id -u)" -ne 0 ] || "${weak[@]}" true 2>/dev/null; then
 fi
 chmod 755 "$work/user"
 
+# A scenario that breaks between its briefing and the battle leads back to the menu, with the message about it. The
+# briefing's picture goes into a pipe, where the program waits while the file is broken.
+rm -rf "$work/user" "$work/data"
+cp -r "$root/data" "$work/data"
+find "$work/data/scenarios" -name '*.sc' ! -name pellan_roads.sc -delete
+mkdir "$work/shots"
+mkfifo "$work/shots/briefing.png"
+{
+    exec 3<"$work/shots/briefing.png"
+    printf 'SWSC' >"$work/data/scenarios/pellan_roads.sc"
+    cat <&3 >/dev/null
+} &
+breaker=$!
+printf '%s\n' 'until send 0x3aa2' 'item MainDlg 10 1' 'frames 20' 'row ScenSelDlg 10 0 double' 'frames 20' 'shot briefing' \
+    'refuse send 0x3aad' 'control ScenBriefDlg 30' 'until command code=10' 'until event code=20' 'frames 5' \
+    'control MessageBoxDlg 10' 'frames 5' 'item MainDlg 10 1' 'frames 5' 'quit' >"$work/breaks.script"
+check "scenario broken behind the briefing" 0 'Battle: scenarios\pellan_roads.sc: a file of 4 bytes' "${game[@]}" --data "$work/data" \
+    --headless --script "$work/breaks.script" --shots "$work/shots"
+kill "$breaker" 2>/dev/null
+wait
+
 # without NAME FILE STATUS TEXT SCRIPT: a run of the script with a copy of the game's data that lacks a file.
 data=$root/data
 without() {

@@ -76,15 +76,42 @@ sleep 0.5
 click 400 412
 traced 'sound itfButtonClick'
 
+# Single scenarios: sorted by the year, a look into the import, a scenario by a double click, the other side, the next
+# grade, and the battle until Escape and yes.
+shaded() { traced 'send 0x3aa2 to=interface' "$1"; sleep 0.5; }
+click 640 199
+shaded 2
+click 290 92
+click 400 560
+shaded 3
+click 706 560
+shaded 4
+at 200 118
+xdotool click --repeat 2 --delay 100 1
+shaded 5
+click 440 308
+click 760 519
+click 706 560
+traced 'command code=10'
+traced 'l=100 l=0'
+sleep 1
+xdotool key Escape
+traced 'event code=18'
+sleep 0.5
+click 314 412
+traced 'send 0x2b3e to=logic'
+shaded 6
+clicks=$(grep -c 'sound itfButtonClick' "$work/trace")
+
 # Quit, no, quit, yes, any key.
 click 640 470
-traced 'sound itfMenuClick'
-click 485 412
-traced 'sound itfButtonClick' 2
-click 640 470
 traced 'sound itfMenuClick' 2
+click 485 412
+traced 'sound itfButtonClick' $((clicks + 1))
+click 640 470
+traced 'sound itfMenuClick' 3
 click 314 412
-traced 'sound itfButtonClick' 3
+traced 'sound itfButtonClick' $((clicks + 2))
 sleep 0.5
 click 400 300
 kill -0 "$game" || fail "a click ended the closing picture"

@@ -16,6 +16,7 @@
 #include "platform/temp_roots.h"
 #include "sound/sound.h"
 #include "support/fakes.h"
+#include "support/full_disk.h"
 
 namespace
 {
@@ -153,10 +154,12 @@ TEST_F(LogicTest, AProfileThatCannotBeWrittenLeavesTheOldFileWhole)
     roots.Put("user/profile.ini", "[A]\nx = 5\n");
     CProfileStore store("profile.ini");
     ASSERT_TRUE(store.SelectSection("A", 0));
-    // The temporary file's name is taken by a folder.
-    std::filesystem::create_directories(roots.folder / "user/profile.ini.tmp");
     const std::int32_t number = 6;
-    EXPECT_FALSE(store.Write("x", "l", &number));
+    {
+        const seawarden_test::FullDisk full;
+        EXPECT_FALSE(store.Write("x", "l", &number));
+    }
+    EXPECT_FALSE(std::filesystem::exists(roots.folder / "user/profile.ini.tmp"));
     std::ifstream file(roots.folder / "user/profile.ini");
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "[A]\nx = 5\n");
 }

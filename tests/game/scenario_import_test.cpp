@@ -15,11 +15,13 @@
 #include "platform/temp_roots.h"
 #include "sound/sound.h"
 #include "support/fakes.h"
+#include "support/full_disk.h"
 
 namespace
 {
 
 using seawarden_test::FakeHost;
+using seawarden_test::FullDisk;
 
 std::string ScenarioTitled(const std::string& title)
 {
@@ -114,9 +116,36 @@ TEST_F(ImportTest, WhatFailsIsToldAndLeavesNothing)
     EXPECT_EQ(ImportScenario("..\\out\\good.exp"), "") << "outside the game's folders";
     EXPECT_FALSE(std::filesystem::exists(roots.folder / "user/scenarios"));
     roots.Put("out/good.exp", good);
-    roots.Put("user/scenarios/good.sc.tmp/x");
-    EXPECT_EQ(ImportScenario(Path("out/good.exp")), "") << "the partial file can't be made";
-    EXPECT_EQ(roots.Get("user/scenarios/good.sc"), "(none)");
+    {
+        const FullDisk full;
+        EXPECT_EQ(ImportScenario(Path("out/good.exp")), "") << "there is no room for it";
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(roots.folder / "user/scenarios")) << "nor for a part of it";
+}
+
+// Whatever stands beside the new file is somebody's.
+TEST_F(ImportTest, NoFileBesideItIsTouched)
+{
+    const std::string good = ScenarioTitled("good");
+    const std::filesystem::path folder = roots.folder / "user/scenarios";
+    roots.Put("out/a.exp", good);
+    roots.Put("out/b.exp", good);
+    roots.Put("out/c.exp", good);
+    roots.Put("user/victim", "linked");
+    roots.Put("user/scenarios/b.sc.tmp", "the player's");
+    std::filesystem::create_symlink("../victim", folder / "a.sc.tmp");
+    std::filesystem::create_symlink("../nowhere", folder / "C.sc");
+    EXPECT_EQ(ImportScenario(Path("out/a.exp")), "a.sc") << "a link has the temporary file's name";
+    EXPECT_EQ(ImportScenario(Path("out/b.exp")), "b.sc") << "a file has it";
+    EXPECT_EQ(ImportScenario(Path("out/c.exp")), "c-2.sc") << "a link that leads nowhere has the name";
+    for (const char* name : {"a.sc", "b.sc", "c-2.sc"})
+        EXPECT_EQ(roots.Get(std::string("user/scenarios/") + name), good) << name;
+    EXPECT_EQ(roots.Get("user/victim"), "linked");
+    EXPECT_EQ(roots.Get("user/scenarios/b.sc.tmp"), "the player's");
+    EXPECT_EQ(std::filesystem::read_symlink(folder / "C.sc"), "../nowhere");
+    EXPECT_EQ(roots.Get("user/nowhere"), "(none)");
+    const std::filesystem::directory_iterator all(folder);
+    EXPECT_EQ(std::distance(begin(all), end(all)), 6) << "and no temporary file is left";
 }
 
 TEST_F(ImportTest, TheLogicAnswersTheDialogs)

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -146,6 +147,60 @@ class ControlTest : public seawarden_test::ToolkitTest
     {
         return std::ranges::any_of(Toolkit().windows,
                                    [&wnd](const WindowEntry& entry) { return entry.wnd == &wnd; });
+    }
+};
+
+/// For the boxes that scroll: one of them at LEFT, TOP, with what all of them draw with.
+template <class Box>
+class BoxTest : public ControlTest
+{
+  protected:
+    static constexpr int LEFT = 10;
+    static constexpr int TOP = 20;
+    static constexpr int ID = 5;
+
+    std::unique_ptr<Box> box;
+
+    void SetUp() override
+    {
+        ControlTest::SetUp();
+        AddColouredFont("itfListFont", WHITE);
+        AddSprite("itfTrans137", 4, 4, BLUE);
+        for (const char* name : {"itfScBar", "itfScArrUp", "itfScArrUpA", "itfScArrDown", "itfScArrDownA"})
+            AddSprite(name, BAR_WIDTH, BAR_WIDTH, GREEN);
+    }
+    void TearDown() override
+    {
+        box.reset();
+        ControlTest::TearDown();
+    }
+
+    void MakeBox(int width, int height, std::uint32_t style, const char* sprite = nullptr,
+                 const char* caption = nullptr)
+    {
+        box = std::make_unique<Box>();
+        const RECT rect = {LEFT, TOP, LEFT + width, TOP + height};
+        ASSERT_TRUE(box->Create(caption, sprite, &rect, &parent, ID, style, &engine));
+        box->Show(true);
+    }
+    void Key(int key) { box->Dispatch(WM_KEYDOWN, static_cast<std::uint32_t>(key), 0); }
+    void Wheel(int delta) { box->Dispatch(WM_MOUSEWHEEL, WheelBy(delta), 0); }
+    /// What a repaint of the box shows in a colour, in its own coordinates.
+    RECT Shown(std::uint16_t pixel)
+    {
+        ClearScreen(BLACK);
+        box->Invalidate(nullptr);
+        RECT shown = Extent(pixel);
+        if (!IsRectEmpty(&shown))
+            OffsetRect(&shown, -LEFT, -TOP);
+        return shown;
+    }
+    static void ExpectAllGivenBack()
+    {
+        for (const SpriteEntry& sprite : Toolkit().sprites)
+            EXPECT_EQ(sprite.refs, 0) << sprite.name;
+        for (const FontEntry& font : Toolkit().fonts)
+            EXPECT_EQ(font.refs, 0) << font.name;
     }
 };
 

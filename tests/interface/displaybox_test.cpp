@@ -375,6 +375,57 @@ TEST_F(FlagBoxTest, TheFlagShowsWhileItsDialogIsPainted)
     EXPECT_EQ(engine.destroyed.size(), destroyed + 1) << "the entity ends with its box";
 }
 
+// Destroyed, a box keeps what the host gave it until it is created again or deleted.
+TEST_F(FlagBoxTest, ASecondLifeBeginsAnew)
+{
+    const RECT rect = {0, 0, 40, 40};
+    {
+        CItfVideoBox box;
+        CItfAnimationBox other;
+        const auto create = [&](const char* clip) {
+            const bool video = box.Create("Video", nullptr, &rect, &parent, 1, 0, &engine);
+            return std::pair{video, other.Create("Animation", &rect, &parent, 2, 0, &engine, clip)};
+        };
+        EXPECT_EQ(create("a.ani"), std::pair(true, true));
+        EXPECT_TRUE(box.OpenFile("b.ani"));
+        box.OnTick(20);
+        TakeVideoCalls();
+        EXPECT_EQ(create("c.ani"), std::pair(false, false)) << "while they live";
+        EXPECT_EQ(TakeVideoCalls(), Lines());
+        box.Destroy();
+        other.Destroy();
+        EXPECT_EQ(create("c.ani"), std::pair(true, true));
+        EXPECT_EQ(engine.video.open.size(), 1U) << "both clips of the first life are closed";
+        TakeVideoCalls();
+        box.OnTick(20);
+        EXPECT_EQ(TakeVideoCalls(), Lines()) << "no file yet";
+        EXPECT_TRUE(box.OpenFile("d.ani"));
+        TakeVideoCalls();
+        box.OnTick(20);
+        other.OnTick(20);
+        EXPECT_EQ(TakeVideoCalls(), (Lines{"PlayVideo 4 1", "TickAnimation 3 20"}));
+    }
+    EXPECT_TRUE(engine.video.open.empty());
+
+    CItfFlagBox flag;
+    const auto create = [&] { return flag.Create("FlagBox", nullptr, &rect, &parent, 3, 0, &engine); };
+    ASSERT_TRUE(create());
+    flag.Show(true);
+    ASSERT_TRUE(flag.SetFlag(1001, 0, 1917));
+    flag.Draw();
+    EXPECT_FALSE(create());
+    EXPECT_TRUE(engine.destroyed.empty()) << "a box that lives keeps its flag";
+    flag.Destroy();
+    ASSERT_TRUE(create());
+    EXPECT_EQ(engine.destroyed.size(), 1U);
+    flag.Show(true);
+    Take();
+    flag.Draw();
+    EXPECT_EQ(Take(), Lines()) << "without a flag there is no entity";
+    ASSERT_TRUE(flag.SetFlag(1002, 0, 0));
+    EXPECT_EQ(attached.back().nExtra, 0) << "nothing is left of the first flag";
+}
+
 TEST_F(DisplayBoxTest, WrongNumbersOfDisplayBoxesEndTheLoading)
 {
     const char* records[] = {

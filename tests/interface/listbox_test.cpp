@@ -11,8 +11,6 @@ using namespace control_test;
 namespace
 {
 
-constexpr int LEFT = 10;
-constexpr int TOP = 20;
 constexpr int WIDTH = 200;
 // Room for five lines, and half of a sixth one.
 constexpr int PAGE = 5;
@@ -23,32 +21,18 @@ constexpr int WHEEL_AWAY = 120;
 
 using Codes = std::vector<int>;
 
-class ListBoxTest : public ControlTest
+class ListBoxTest : public BoxTest<CItfListBox>
 {
   protected:
-    std::unique_ptr<CItfListBox> box;
-
     void SetUp() override
     {
-        ControlTest::SetUp();
-        AddColouredFont("itfListFont", WHITE);
-        AddSprite("itfTrans137", 4, 4, BLUE);
+        BoxTest::SetUp();
         AddSprite("back", WIDTH, HEIGHT, RED);
-        for (const char* name : {"itfScBar", "itfScArrUp", "itfScArrUpA", "itfScArrDown", "itfScArrDownA"})
-            AddSprite(name, 18, 18, GREEN);
-    }
-    void TearDown() override
-    {
-        box.reset();
-        ControlTest::TearDown();
     }
 
     void Make(std::uint32_t style, int lines = 0, const char* sprite = nullptr)
     {
-        box = std::make_unique<CItfListBox>();
-        const RECT rect = {LEFT, TOP, LEFT + WIDTH, TOP + HEIGHT};
-        ASSERT_TRUE(box->Create(nullptr, sprite, &rect, &parent, 5, style, &engine));
-        box->Show(true);
+        MakeBox(WIDTH, HEIGHT, style, sprite);
         for (int i = 0; i < lines; ++i)
             box->AddItem({i, "x"});
     }
@@ -57,18 +41,6 @@ class ListBoxTest : public ControlTest
     void Mouse(std::uint32_t msg, int x, int y) { box->Dispatch(msg, 0, At(*box, x, y)); }
     /// A point on the line that stands `line` lines below the top one.
     void Press(int line) { Mouse(WM_LBUTTONDOWN, 5, line * GLYPH_H + 5); }
-    void Key(int key) { box->Dispatch(WM_KEYDOWN, static_cast<std::uint32_t>(key), 0); }
-    void Wheel(int delta) { box->Dispatch(WM_MOUSEWHEEL, WheelBy(delta), 0); }
-    /// What a repaint shows in a colour, in the box's coordinates.
-    RECT Shown(std::uint16_t pixel)
-    {
-        ClearScreen(BLACK);
-        box->Invalidate(nullptr);
-        RECT shown = Extent(pixel);
-        if (!IsRectEmpty(&shown))
-            OffsetRect(&shown, -LEFT, -TOP);
-        return shown;
-    }
 };
 
 TEST_F(ListBoxTest, EventsInNotificationsOut)
@@ -344,7 +316,7 @@ TEST_F(ListBoxTest, RepaintAfterInputDependsOnTheBackground)
     EXPECT_TRUE(IsRectEmpty(&all)) << "keys leave it to the parent";
 }
 
-TEST_F(ListBoxTest, ParentMayDeleteTheBoxInAnyNotification)
+TEST_F(ListBoxTest, ParentMayDeleteOrRefillTheBoxInAnyNotification)
 {
     const std::function<void()> events[] = {
         [this] { Press(0); },          [this] { Mouse(WM_LBUTTONDBLCLK, 5, 5); },
@@ -362,6 +334,24 @@ TEST_F(ListBoxTest, ParentMayDeleteTheBoxInAnyNotification)
         EXPECT_EQ(TakeCodes().size(), 1u);
         EXPECT_EQ(box, nullptr);
         EXPECT_EQ(Toolkit().windows.size(), 1u);
+    }
+    // A bar that goes or comes while its own handler runs.
+    for (const int lines : {0, 1, 50}) {
+        parent.onMessage = [&](const RecordingWnd::Got& got) {
+            if (got.msg != ITFM_NOTIFY)
+                return;
+            box->ResetContent();
+            for (int i = 0; i < lines; ++i)
+                box->AddItem({i, "y"});
+        };
+        for (const auto& event : events) {
+            Make(0, 20);
+            event();
+            EXPECT_EQ(box->GetCount(), lines);
+            EXPECT_LT(box->GetCurSel(), lines);
+            EXPECT_EQ(HasBar(), lines > PAGE);
+            EXPECT_EQ(Shown(WHITE).bottom, std::min(lines, PAGE) * GLYPH_H);
+        }
     }
     parent.onMessage = nullptr;
 }
@@ -388,10 +378,26 @@ TEST_F(ListBoxTest, FontAndHighlightAreCounted)
     EXPECT_EQ(spriteRefs(), 1);
     parent.ReleaseFont(other);
     parent.ReleaseSprite(highlight);
-    for (const SpriteEntry& sprite : Toolkit().sprites)
-        EXPECT_EQ(sprite.refs, 0) << sprite.name;
-    for (const FontEntry& font : Toolkit().fonts)
-        EXPECT_EQ(font.refs, 0) << font.name;
+    ExpectAllGivenBack();
+}
+
+// The bar's range has one position more than there are full pages: with an empty page that is past the end.
+TEST_F(ListBoxTest, BoxOfLessThanALineScrollsPastItsEndUnharmed)
+{
+    MakeBox(WIDTH, GLYPH_H - 1, 0);
+    for (int i = 0; i < 3; ++i)
+        box->AddItem({i, "x"});
+    ASSERT_TRUE(HasBar());
+    for (int i = 0; i < 9; ++i)
+        Bar().Dispatch(WM_MOUSEWHEEL, WheelBy(-WHEEL_AWAY), 0);
+    EXPECT_EQ(box->GetTopIndex(), 4);
+    const RECT nothing = Shown(WHITE);
+    EXPECT_TRUE(IsRectEmpty(&nothing));
+    TakeCodes();
+    Press(0);
+    EXPECT_TRUE(TakeCodes().empty());
+    Key(VK_DOWN);
+    EXPECT_EQ(box->GetTopIndex(), 1) << "a selection brings the lines back";
 }
 
 TEST_F(ListBoxTest, FontWithoutAHeightHoldsEveryLine)

@@ -8,9 +8,13 @@
 #include "controls/itfeditbox.h"
 #include "controls/itfmenu.h"
 #include "flow/editboxdlg.h"
+#include "flow/flow.h"
 #include "flow/maindlg.h"
 #include "flow/valuebox.h"
+#include "logic/text_table.h"
 #include "render/picture.h"
+#include "saves/filedlg.h"
+#include "scenario/scenbriefdlg.h"
 #include "support/picture_compare.h"
 #include "support/toolkit_fixture.h"
 
@@ -111,6 +115,45 @@ TEST_F(PicturesTest, EditBox)
     Frame();
     Check("edit_box");
     box.Destroy();
+}
+
+// The list of the shipped scenarios, the choice of a file in a folder of the player's, and a briefing.
+TEST_F(PicturesTest, TheWayToAScenario)
+{
+    CTextTable texts;
+    ASSERT_TRUE(texts.Load("resource\\txt_res\\texts.ini"));
+    Toolkit().textTable = &texts;
+    CItfWnd::PostTo(0, ITFM_COMMAND, DLG_MAIN, MENU_SCENARIO);
+    Frame();
+    CItfWnd::SetDrawing(true);
+    Move(5, 5);
+    CItfWnd::RedrawAll();
+    Frame();
+    Check("scenarios");
+
+    WriteFile("exports/A long night off the skerries.exp", "");
+    WriteFile("exports/older/note.txt", "");
+    CFileDlg files;
+    ASSERT_TRUE(files.Create("Import a Scenario", nullptr, nullptr, &Top(), 1, 0, &engine,
+                             (userFolder / "exports").string().c_str()));
+    // The test's own folder has another name each time.
+    files.GetControlAs<CItfEditBox>(CFileDlg::IDC_FOLDER)->SetText("/home/player/exports");
+    CItfWnd::SetDrawing(true);
+    files.Show(true);
+    CItfWnd::RedrawAll();
+    Frame();
+    Check("files");
+    files.Destroy();
+
+    CScenBriefDlg brief;
+    ASSERT_TRUE(brief.Create("", nullptr, nullptr, &Top(), 1, 0, &engine, "scenarios\\grey_road.sc"));
+    CItfWnd::SetDrawing(true);
+    brief.Show(true);
+    CItfWnd::RedrawAll();
+    Frame();
+    Check("briefing");
+    brief.Destroy();
+    Toolkit().textTable = &engine.textTable;
 }
 
 TEST_F(PicturesTest, DisabledAndPressedButtons)

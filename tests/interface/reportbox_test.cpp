@@ -2,6 +2,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "control_harness.h"
 #include "controls/itfreportbox.h"
@@ -13,47 +14,30 @@ using namespace control_test;
 namespace
 {
 
-constexpr int LEFT = 10;
-constexpr int TOP = 20;
 constexpr int WIDTH = 200;
 constexpr int HEADER_H = 15;
 constexpr int PAGE = 4;
 constexpr int HEIGHT = HEADER_H + PAGE * GLYPH_H;
-constexpr int ID = 5;
 
 using Codes = std::vector<int>;
 
-class ReportBoxTest : public ControlTest
+class ReportBoxTest : public BoxTest<CItfReportBox>
 {
   protected:
-    std::unique_ptr<CItfReportBox> box;
-
     void SetUp() override
     {
-        ControlTest::SetUp();
-        AddColouredFont("itfListFont", WHITE);
+        BoxTest::SetUp();
         AddColouredFont("itfBtnFont", GREEN);
         AddColouredFont("head", BLUE);
         AddColouredFont("headA", YELLOW);
-        AddSprite("itfTrans137", 4, 4, BLUE);
         AddSprite("other", 4, 4, RED);
-        for (const char* name : {"itfScBar", "itfScArrUp", "itfScArrUpA", "itfScArrDown", "itfScArrDownA"})
-            AddSprite(name, 18, 18, GREEN);
-    }
-    void TearDown() override
-    {
-        box.reset();
-        ControlTest::TearDown();
     }
 
     /// Two columns with their header cells, and a third cell that sorts nothing.
     void Make(std::uint32_t style, int rows = 0, int columns = 2)
     {
-        box = std::make_unique<CItfReportBox>();
-        const RECT rect = {LEFT, TOP, LEFT + WIDTH, TOP + HEIGHT};
-        ASSERT_TRUE(box->Create(nullptr, nullptr, &rect, &parent, ID, style, &engine));
+        MakeBox(WIDTH, HEIGHT, style);
         box->SetInnerRect({0, HEADER_H, WIDTH, HEIGHT});
-        box->Show(true);
         for (int i = 0; i < columns; ++i)
             ASSERT_TRUE(box->AddColumn(WIDTH / 2, 0));
         for (int i = 0; i < 3; ++i)
@@ -73,20 +57,23 @@ class ReportBoxTest : public ControlTest
     void Header(std::uint32_t msg, int x, int y = 5) { box->Dispatch(msg, 0, At(*box, x, y)); }
     static void Key(CItfWnd& wnd, int key) { wnd.Dispatch(WM_KEYDOWN, static_cast<std::uint32_t>(key), 0); }
     /// The texts of a column's lines.
-    std::string Shown(int column)
+    std::string Texts(int column)
     {
         std::string all;
         for (int i = 0; i < box->GetColumn(column)->GetCount(); ++i)
             all += box->GetColumn(column)->GetItem(i).m_Text;
         return all;
     }
-    void ExpectAllGivenBack()
-    {
-        for (const SpriteEntry& sprite : Toolkit().sprites)
-            EXPECT_EQ(sprite.refs, 0) << sprite.name;
-        for (const FontEntry& font : Toolkit().fonts)
-            EXPECT_EQ(font.refs, 0) << font.name;
-    }
+    /// One for each notification that there is, on a box with rows.
+    const std::vector<std::function<void()>> notifying = {
+        [this] { Press(1, 1); },
+        [this] { Column(1).Dispatch(WM_LBUTTONDBLCLK, 0, At(Column(1), 5, 5)); },
+        [this] { Key(Column(0), VK_DOWN); },
+        [this] { Key(Column(0), VK_RETURN); },
+        [this] { Key(Column(1), VK_DELETE); },
+        [this] { Key(*box, VK_RETURN); },
+        [this] { Key(*box, VK_DELETE); },
+    };
 };
 
 TEST_F(ReportBoxTest, AgreesWithAPlainModelUnderRandomOperations)
@@ -166,7 +153,7 @@ TEST_F(ReportBoxTest, HeaderClickSortsByWhatWasPressedAndReleased)
         Header(WM_LBUTTONUP, test.up);
         EXPECT_EQ(CItfWnd::GetCaptureId(), -1);
         EXPECT_EQ(box->GetActiveHeader(), test.active);
-        EXPECT_EQ(Shown(1), test.shown);
+        EXPECT_EQ(Texts(1), test.shown);
         EXPECT_EQ(box->HasSelection(), test.shown == unsorted) << "sorting loses it";
         EXPECT_TRUE(TakeCodes().empty());
     }
@@ -318,20 +305,11 @@ TEST_F(ReportBoxTest, FontsAndHighlightAreCounted)
 
 TEST_F(ReportBoxTest, ParentMayDeleteTheBoxInAnyNotification)
 {
-    const std::function<void()> events[] = {
-        [this] { Press(1, 1); },
-        [this] { Column(1).Dispatch(WM_LBUTTONDBLCLK, 0, At(Column(1), 5, 5)); },
-        [this] { Key(Column(0), VK_DOWN); },
-        [this] { Key(Column(0), VK_RETURN); },
-        [this] { Key(Column(1), VK_DELETE); },
-        [this] { Key(*box, VK_RETURN); },
-        [this] { Key(*box, VK_DELETE); },
-    };
     parent.onMessage = [this](const RecordingWnd::Got& got) {
         if (got.msg == ITFM_NOTIFY)
             box.reset();
     };
-    for (const auto& event : events) {
+    for (const auto& event : notifying) {
         Make(0, 20);
         event();
         EXPECT_EQ(TakeCodes().size(), 1u);
@@ -356,6 +334,50 @@ TEST_F(ReportBoxTest, ParentMayDeleteTheBoxInAnyNotification)
     ExpectAllGivenBack();
 }
 
+TEST_F(ReportBoxTest, ParentMayRefillAndSortTheBoxWheneverItRuns)
+{
+    const auto refill = [this](int rows) {
+        box->Clear();
+        for (int i = 0; i < rows; ++i) {
+            box->AddRow({i, "row"});
+            box->SetItem(i, 1, {i, std::to_string(rows - i)});
+        }
+        box->Sort(1, SORT_NUMBER);
+        box->Refresh(true);
+    };
+    for (const int rows : {0, 1, 50}) {
+        parent.onMessage = [&](const RecordingWnd::Got& got) {
+            if (got.msg == ITFM_NOTIFY)
+                refill(rows);
+        };
+        for (const auto& event : notifying) {
+            Make(0, 20);
+            event();
+            const CItfListBox& first = *box->GetColumn(0);
+            const CItfListBox& last = *box->GetColumn(1);
+            EXPECT_EQ(first.GetCount(), rows);
+            EXPECT_EQ(last.GetCount(), rows);
+            EXPECT_EQ(last.GetItemData(0), rows - 1) << "in the new order";
+            EXPECT_LT(first.GetCurSel(), rows);
+            EXPECT_EQ(first.GetCurSel(), last.GetCurSel());
+            EXPECT_EQ(first.GetTopIndex(), last.GetTopIndex());
+        }
+    }
+    parent.onMessage = nullptr;
+    // A bar that moves while the columns are filled paints what lies behind it.
+    Make(IWS_VSCROLL, 20);
+    bool cleared = false;
+    parent.onDraw = [&] {
+        if (!std::exchange(cleared, true))
+            box->Clear();
+    };
+    box->Refresh(true);
+    EXPECT_TRUE(cleared);
+    box->Refresh(true);
+    parent.onDraw = nullptr;
+    EXPECT_EQ(box->GetCount(), 0);
+}
+
 TEST_F(ReportBoxTest, ResourceMakesTablesColumnsAndListBoxes)
 {
     const auto load = [this](CItfDialog& dialog, const std::string& records) {
@@ -368,7 +390,7 @@ TEST_F(ReportBoxTest, ResourceMakesTablesColumnsAndListBoxes)
         CItfDialog dialog;
         ASSERT_TRUE(load(
             dialog, table + "COLUMN, \"Name\" \"RBCOL_RIGHT\", 40, 7, 60, 0, 0, 60, 20,\n"
-                            "COLUMN, \"\" \"\", 40, -1, 60, 60, 0, 70, 20,\n"
+                            "COLUMN, \"\" \"\", 40, -1, -60, 60, 0, 70, 20,\n" // whose width means nothing
                             "LISTBOX, \"\" \"head\" \"LBSTYLE_CENTER\", 50, 0, 120, 90, 200, 1, 2, 3, 4,\n"
                             "COLUMN, \"Size\" \"RBCOL_NUMBER\", 40, 3, 80, 70, 0, 120, 20"));
         CItfReportBox* report = dialog.FindTable(40);

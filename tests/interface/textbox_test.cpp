@@ -10,8 +10,6 @@ using namespace control_test;
 namespace
 {
 
-constexpr int LEFT = 10;
-constexpr int TOP = 20;
 // Room for 25 characters and 10 lines.
 constexpr int WIDTH = 25 * GLYPH_W;
 constexpr int HEIGHT = 10 * GLYPH_H;
@@ -26,31 +24,18 @@ std::string Lines(int count, const std::string& line = "x")
     return text;
 }
 
-class TextBoxTest : public ControlTest
+class TextBoxTest : public BoxTest<CItfTextBox>
 {
   protected:
-    std::unique_ptr<CItfTextBox> box;
-
     void SetUp() override
     {
-        ControlTest::SetUp();
-        AddColouredFont("itfListFont", WHITE);
-        for (const char* sprite : {"itfScBar", "itfScArrUp", "itfScArrUpA", "itfScArrDown", "itfScArrDownA"})
-            AddSprite(sprite, BAR_WIDTH, BAR_WIDTH, GREEN);
+        BoxTest::SetUp();
         Make(0);
-    }
-    void TearDown() override
-    {
-        box.reset();
-        ControlTest::TearDown();
     }
 
     void Make(std::uint32_t style, const std::string& text = "", const char* caption = nullptr)
     {
-        box = std::make_unique<CItfTextBox>();
-        const RECT rect = {LEFT, TOP, LEFT + WIDTH, TOP + HEIGHT};
-        ASSERT_TRUE(box->Create(caption, nullptr, &rect, &parent, 5, style, &engine));
-        box->Show(true);
+        MakeBox(WIDTH, HEIGHT, style, nullptr, caption);
         box->SetText(text.c_str());
         ClearScreen(BLACK);
     }
@@ -58,18 +43,6 @@ class TextBoxTest : public ControlTest
     bool HasBar() const { return box->GetScrollBar() != nullptr; }
     /// The bar, which is the newest window.
     CItfScrollBar& Bar() { return static_cast<CItfScrollBar&>(*Toolkit().windows.back().wnd); }
-    void Key(int key) { box->Dispatch(WM_KEYDOWN, static_cast<std::uint32_t>(key), 0); }
-    void Wheel(int delta) { box->Dispatch(WM_MOUSEWHEEL, WheelBy(delta), 0); }
-    /// What a repaint of the box shows in a colour, in its own coordinates.
-    RECT Shown(std::uint16_t pixel)
-    {
-        ClearScreen(BLACK);
-        box->Invalidate(nullptr);
-        RECT shown = Extent(pixel);
-        if (!IsRectEmpty(&shown))
-            OffsetRect(&shown, -LEFT, -TOP);
-        return shown;
-    }
 };
 
 // A megabyte, as one word and as many: laid out, scrolled to its end and drawn.

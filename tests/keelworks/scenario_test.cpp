@@ -167,6 +167,10 @@ TEST(Scenario, LiesAreFoundWhereTheyStand)
         {0x1c4, 0x10009, "version"},
         {0x1c4, 0xffff, "version"},
         {0x1c4, 0, "version"},
+        {0x1a4, 1, "a number that isn't"}, // each word that is kept free among the sides'
+        {0x1a8, 1, "a number that isn't"},
+        {0x1b4, 1, "a number that isn't"},
+        {0x1c0, 0x80000000, "a number that isn't"},
         {0x198, 13, "a number that isn't"},
         {0x19c, 0xffffffff, "a number that isn't"},
         {0x1a0, 0x11, "flags of the time"},
@@ -176,6 +180,7 @@ TEST(Scenario, LiesAreFoundWhereTheyStand)
         {0x230, 1, "nothing is known"},
         {0x260, 2, "neither 0 nor 1"},
         {0x264, 7, "isn't custom"},
+        {0x260, 1, "without a guid"},
         {count, 0, "behind the last item"},
         {count, 4, "behind the last item"},
         {count, 6, "ends early"},

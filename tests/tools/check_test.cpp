@@ -44,13 +44,30 @@ struct Expected {
     std::vector<std::string> faults;
 };
 const Expected BROKEN_FOLDER[] = {
+    {R"(resource\custom\)",
+     {
+         R"(: the texture "atoll.tf" can't be loaded: there is no such file)",
+     }},
+    {R"(resource\custom\broken.ini)",
+     {
+         "(1): expected guid { and four numbers with commas between }",
+     }},
+    {R"(resource\textures\)",
+     {
+         R"(: the texture "white_flg.tf" can't be loaded: there is no such file)",
+     }},
     {R"(resource\txt_res\broken.fnt)",
      {
          R"((4): expected a number, found "eight")",
      }},
     {R"(resource\txt_res\flags.ini)",
      {
+         R"((2): the texture "block.png" can't be loaded: there is no such file)",
          "(2): there is no text 1002, the name of this flag's nation",
+         "(3): flag 1001 has a variant 0 already",
+         R"((3): expected a number, found "x")",
+         R"((3): the texture "nowhere.png" can't be loaded: there is no such file)",
+         "(3): there is no text 1003, the name of this flag's nation",
      }},
     {R"(resource\txt_res\itfdlg.ini)",
      {
@@ -61,7 +78,7 @@ const Expected BROKEN_FOLDER[] = {
          "(5): there is no menu 10 above this record",
          R"((8): the sprite "nowhere" isn't in itfnames.ini)",
          R"((9): the font "nofontofours" isn't in itfnames.ini)",
-         "(9): there is no style TBSTYLE_CENTRED for this record",
+         "(9): there is no style TBSTYLE_CENTRED for a TEXTBOX",
          "(10): expected a keyword, found LABEL",
          "(11): expected a text in quotes, found ,",
          "(12): expected a number, found twenty",
@@ -74,6 +91,7 @@ const Expected BROKEN_FOLDER[] = {
          R"((17): the sprite " " isn't in itfnames.ini)",
          R"((17): expected a text, found a text without its closing quote: ", 10, 0, 0, 80, 20, -1, -1, -1, -1,")",
          "(18): expected a comma or } behind 20, found -1",
+         "(19): there is no style TBSTYLE_CENTERED for a CHECKBOX",
          "(19): control 10 of MessageBoxDlg has to be of the kind BUTTON",
          "(20): the section ends within this record",
          "(22): MessageBoxYesNoDlg has no DIALOG record, which gives it its place",
@@ -95,14 +113,14 @@ const Expected BROKEN_FOLDER[] = {
          R"((44): "Name" is 32 pixels wide with itfBtnFont, its place has 31)",
          "(45): -1 is no size or count",
          "(46): the rectangle 100, 0, 201, 20 isn't within the table",
-         "(47): there is no style FB_LEFT for this record",
+         "(47): there is no style FB_LEFT for a FLAGBOX",
          "(47): the flag 750, 0, 801, 40 isn't within the screen",
          "(47): control 30 of FileDlg has to be of the kind EDITBOX",
          "(49): no dialog reads the section NobodysDlg",
          "(52): there is a section FileDlg above already, which hides this one",
          "(53): expected a record in front of the }",
          "(56): control 10 of ScenSelDlg has to be of the kind TABLE",
-         "(57): there is no style DISABELD for this record",
+         "(57): there is no style DISABELD for a MENUITEM",
          R"((57): "Thirteen char" is 104 pixels wide with itfMenuFont, its place has 100)",
          "(57): ScenSelDlg knows no menu item 1",
          "(58): the section ScenSelDlg isn't closed",
@@ -113,8 +131,8 @@ const Expected BROKEN_FOLDER[] = {
          R"((20): the picture "broken.png" of "broken" can't be loaded: neither PNG nor BMP nor TGA)",
          R"((21): the picture "nowhere.png" of "lost" can't be loaded: there is no such file)",
          R"((22): the name "itfbtup" has a row already)",
-         "(23): expected a file in quotes, found ,",
-         "(24): expected a file in quotes, found block.png",
+         "(23): expected a file, found =",
+         R"((24): expected a text, found a text without its closing quote: ",")",
          R"((25): the name "aNameOfThirtyTwoCharactersOrSo_32" has more than 31 characters)",
          R"((35): the font "broken.fnt" of "brokenFont" can't be loaded)",
          "(36): surface: nowhere.png: there is no such file",
@@ -133,6 +151,7 @@ const Expected BROKEN_FOLDER[] = {
      {
          "(5): text 26 stands in the file already",
          "(9): text 83 stands in the file already",
+         "(10): nothing uses text 98",
          "(10): nothing uses text 99",
          R"((11): expected \n, \t, \q or \\ in a text)",
          "(12): expected a text in quotes behind the number",
@@ -141,6 +160,11 @@ const Expected BROKEN_FOLDER[] = {
     {R"(scenarios\broken.sc)",
      {
          ": a file of 12 bytes, at byte 0",
+     }},
+    {R"(scenarios\unknown.sc)",
+     {
+         ": there is no custom nation with the guid of its first side",
+         R"(: there is no text 1999, the class of "One")",
      }},
 };
 
@@ -167,9 +191,21 @@ TEST(Check, AFolderWithoutResourcesIsFullOfFaults)
     }
 }
 
+TEST(Check, ThePlayersFilesHideTheGames)
+{
+    const Output run =
+        Check("--data " SEAWARDEN_SOURCE_DIR "/data --user " SEAWARDEN_SOURCE_DIR "/tests/tools/check");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(std::count(run.lines.begin(), run.lines.end(),
+                         R"(scenarios\broken.sc: a file of 12 bytes, at byte 0)"),
+              1);
+    for (const std::string& line : run.lines)
+        EXPECT_EQ(line.find("white_flg"), std::string::npos) << "the game has it: " << line;
+}
+
 TEST(Check, WrongArgumentsTellTheUsage)
 {
-    for (const char* arguments : {"", "--data", "--date x", "--data x y"}) {
+    for (const char* arguments : {"", "--data", "--date x", "--data x y", "--data x --user"}) {
         const Output run = Check(arguments);
         EXPECT_EQ(run.exitCode, 2) << arguments;
         ASSERT_FALSE(run.lines.empty());

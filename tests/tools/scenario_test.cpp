@@ -105,6 +105,7 @@ TEST(ScenarioText, AMistakeIsToldWithItsLine)
         {"scenario {\n\n", "a.txt(3): expected a field or }"},
         {HEAD, "a.txt(2): expected two sides"},
         {good + "side { nation 3 }", "a.txt(3): a third side"},
+        {std::string(HEAD) + "side { nation 1 custom 0, 0x0, 0, 0 }", "a.txt(2): expected a guid that isn't"},
         {good + "tank { }", "a.txt(3): expected side, class"},
         {good + "ship \"Heron\" { }", "a.txt(3): no class of that type is named \"Heron\""},
         {good + "class ship \"A\" { }\nclass ship \"A\" { }", "a.txt(4): class \"A\" stands twice"},
@@ -162,6 +163,15 @@ TEST_F(ScenarioToolTest, CompilesAndDumps)
     EXPECT_EQ(Run("dump bad.txt c.txt"), 1);
     EXPECT_FALSE(fs::exists(roots.folder / "bad.sc") || fs::exists(roots.folder / "c.txt"));
     EXPECT_EQ(Run("dump missing c.txt"), 1);
+    roots.Put("h.sc", "another file");
+    roots.Put("back\\slash.txt", std::string(HEAD) + SIDES);
+    EXPECT_EQ(Run("compile 'back\\slash.txt' H.SC"), 0);
+    EXPECT_EQ(roots.Get("H.SC"), roots.Get("b.sc"));
+    EXPECT_EQ(roots.Get("h.sc"), "another file");
+    EXPECT_EQ(Run("dump H.SC /dev/stdout | grep -q scenario"), 0) << "a pipe";
+    EXPECT_EQ(Run("compile b.txt back"), 0);
+    EXPECT_EQ(Run("compile b.txt user"), 1) << "a folder";
+    EXPECT_FALSE(fs::exists(roots.folder / "user.tmp"));
     EXPECT_EQ(Run("compile a.txt"), 2);
 }
 

@@ -3,16 +3,13 @@
 #include "controls/itfmenu.h"
 #include "controls/itftextbox.h"
 #include "kernel/dialog_loader.h"
+#include "kernel/own_names.h"
 
 namespace
 {
 
-// What a control without a font of its own draws with.
-constexpr char BUTTON_FONT[] = "itfBtnFont";
-constexpr char TEXT_FONT[] = "itfListFont";
-constexpr char MENU_FONT[] = "itfMenuFont";
-// The fonts of other states of the control, where there are such.
-constexpr const char* STATE_SUFFIXES[] = {"", "A", "Dis"};
+// The fonts of all states of a control, where there are such.
+constexpr const char* STATE_SUFFIXES[] = {"", FONT_SUFFIX_ACTIVE, FONT_SUFFIX_DISABLED};
 
 std::string OrDefault(const std::string& font, const char* otherwise)
 {
@@ -31,17 +28,17 @@ void CCaptionCheck::Check(const DialogRecord& record, const DialogRecord* table)
     switch (record.kind) {
     case KIND_BUTTON:
     case KIND_CHECKBOX:
-        CheckWidth(record, OrDefault(record.font, BUTTON_FONT), Width(record.rcInner));
+        CheckWidth(record, OrDefault(record.font, FONT_BUTTON), Width(record.rcInner));
         break;
     case KIND_TEXTBOX:
         CheckTextBox(record);
         break;
     case KIND_COLUMN:
-        CheckWidth(record, OrDefault(table != nullptr ? table->headerFont : "", BUTTON_FONT),
+        CheckWidth(record, OrDefault(table != nullptr ? table->headerFont : "", FONT_BUTTON),
                    Width(record.rc));
         break;
     case KIND_MENUITEM:
-        CheckWidth(record, MENU_FONT, Width(record.rc));
+        CheckWidth(record, FONT_MENU, Width(record.rc));
         if (record.text.size() >= ItfMenuItem::NAME_SIZE)
             m_Faults.Add(DIALOG_RESOURCE, record.line,
                          "\"" + record.text + "\" has more than " +
@@ -55,7 +52,7 @@ void CCaptionCheck::Check(const DialogRecord& record, const DialogRecord* table)
 void CCaptionCheck::CheckTextBox(const DialogRecord& record)
 {
     const std::uint32_t style = ParseControlStyle(record.style);
-    const std::string font = OrDefault(record.captionFont, TEXT_FONT);
+    const std::string font = OrDefault(record.captionFont, FONT_LIST);
     if ((style & TBSTYLE_HASCAPTION) == 0) {
         if ((style & TBSTYLE_NOVSCROLL) != 0)
             CheckLabel(record);
@@ -71,7 +68,7 @@ void CCaptionCheck::CheckTextBox(const DialogRecord& record)
 // A label's text wraps; what stands below its last line isn't shown.
 void CCaptionCheck::CheckLabel(const DialogRecord& record)
 {
-    const std::string name = OrDefault(record.font, TEXT_FONT);
+    const std::string name = OrDefault(record.font, FONT_LIST);
     const CItfFont* font = m_Names.Font(name);
     if (font == nullptr || record.text.empty())
         return;

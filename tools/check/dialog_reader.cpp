@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 #include <cmath>
 #include <sstream>
 
 #include "engine/names.h"
+#include "keelworks/text_number.h"
 #include "kernel/dialog_loader.h"
 #include "kernel/toolkit.h"
 
@@ -16,7 +16,7 @@ namespace
 
 /// How the fields of a record follow each other:
 ///   T a text, N a name that nothing reads, P a sprite, F a font, H a header font, C a caption font,
-///   Y a style, G a flag box's style, M a menu item's style,
+///   Y a style with a comma behind it, M one that the form gives a comma,
 ///   o the table or menu, i the id, n a column's index, s a size or count,
 ///   W the window rectangle, I the inner one, f the six numbers of a flag, and a comma itself.
 struct DialogForm {
@@ -35,7 +35,7 @@ constexpr DialogForm FORMS[] = {
     {"EDITBOX", KIND_EDITBOX, "TPFY,iWI"},
     {"DIALOG", KIND_DIALOG, "P,W"},
     {"SLIDER", KIND_SLIDER, "PY,iWI"},
-    {"FLAGBOX", KIND_FLAGBOX, "PG,iWf"},
+    {"FLAGBOX", KIND_FLAGBOX, "PM,iWf"},
     {"PICTUREBOX", KIND_PICTUREBOX, "PPY,isssssWI"},
     {"VIDEOBOX", KIND_VIDEOBOX, "TPY,iWI"},
     {"ANIMATIONBOX", KIND_ANIMATIONBOX, "TY,iWI"},
@@ -56,14 +56,15 @@ bool StartsWithLetter(const ResourceToken& token)
     return std::isalpha(static_cast<unsigned char>(token.text[0])) != 0;
 }
 
-bool IsStyleName(char field, const std::string& name)
+bool IsStyleName(ItfControlKind kind, const std::string& name)
 {
-    if (field == 'G')
+    if (kind == KIND_FLAGBOX)
         return name == FLAG_ON_THE_RIGHT;
-    if (field == 'M')
+    if (kind == KIND_MENUITEM)
         return name == "DISABLED" || name == "POPUP";
-    return std::ranges::any_of(ControlStyleNames(),
-                               [&name](const ControlStyleName& known) { return name == known.name; });
+    return std::ranges::any_of(ControlStyleNames(), [&](const ControlStyleName& known) {
+        return name == known.name && (known.kinds & StyleKind(kind)) != 0;
+    });
 }
 
 } // namespace
@@ -195,9 +196,8 @@ void CDialogReader::ReadField(char field, DialogRecord& record)
         record.captionFont = ReadName(true);
         break;
     case 'Y':
-    case 'G':
     case 'M':
-        record.style = ReadStyle(field);
+        record.style = ReadStyle(record.kind);
         break;
     case 'o':
         record.owner = ReadInt();
@@ -208,8 +208,11 @@ void CDialogReader::ReadField(char field, DialogRecord& record)
     case 'n':
         record.column = ReadInt();
         break;
-    case 's':
-        ReadSize();
+    case 's': // a header cell without a column has no use for its width
+        if (record.column >= 0)
+            ReadSize();
+        else
+            ReadInt();
         break;
     case 'W':
         record.rc = ReadRect();
@@ -256,7 +259,7 @@ std::string CDialogReader::ReadName(bool isFont)
     return name;
 }
 
-std::string CDialogReader::ReadStyle(char field)
+std::string CDialogReader::ReadStyle(ItfControlKind kind)
 {
     const std::string style = ReadText(MAX_RESOURCE_TEXT);
     std::string separated = style;
@@ -264,8 +267,8 @@ std::string CDialogReader::ReadStyle(char field)
         separated, [](unsigned char c) { return std::isalnum(c) == 0 && c != '_'; }, ' ');
     std::istringstream names(separated);
     for (std::string name; names >> name;) {
-        if (!IsStyleName(field, name))
-            Tell(m_nRecordLine, "there is no style " + name + " for this record");
+        if (!IsStyleName(kind, name))
+            Tell(m_nRecordLine, "there is no style " + name + " for a " + KeywordOf(kind));
     }
     return style;
 }
@@ -296,10 +299,10 @@ std::string CDialogReader::ReadNumberWord()
 int CDialogReader::ReadInt()
 {
     const std::string word = ReadNumberWord();
-    int number = 0;
-    if (!ParseNumber(word, number))
+    const std::optional<int> number = ParseTextInt(word);
+    if (!number)
         throw FormFault{m_nRecordLine, "expected a number, found " + word};
-    return number;
+    return *number;
 }
 
 int CDialogReader::ReadSize()
@@ -327,10 +330,10 @@ RECT CDialogReader::ReadFlagRect()
     std::array<float, 6> numbers = {};
     for (float& number : numbers) {
         const std::string word = ReadNumberWord();
-        const auto [stop, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-        if (error != std::errc() || stop != word.data() + word.size() ||
-            !(std::abs(number) <= static_cast<float>(MAX_RESOURCE_COORDINATE)))
+        const std::optional<float> read = ParseTextFloat(word);
+        if (!read || std::abs(*read) > static_cast<float>(MAX_RESOURCE_COORDINATE))
             throw FormFault{m_nRecordLine, "expected a number, found " + word};
+        number = *read;
     }
     return {static_cast<LONG>(numbers[0]), static_cast<LONG>(numbers[1]),
             static_cast<LONG>(numbers[0] + numbers[3]), static_cast<LONG>(numbers[1] + numbers[4])};

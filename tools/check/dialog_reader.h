@@ -58,7 +58,7 @@ class CDialogReader
     void ReadField(char field, DialogRecord& record);
     std::string ReadText(std::size_t maxLength);
     std::string ReadName(bool isFont);
-    std::string ReadStyle(char field);
+    std::string ReadStyle(ItfControlKind kind);
     void ReadComma();
     std::string ReadNumberWord();
     int ReadInt();

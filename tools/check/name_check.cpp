@@ -2,22 +2,9 @@
 
 #include "engine/names.h"
 #include "kernel/nameloader.h"
+#include "kernel/own_names.h"
+#include "platform/files.h"
 #include "render/picture.h"
-
-namespace
-{
-
-// What the module draws with whatever the dialogs say.
-constexpr const char* OWN_SPRITES[] = {
-    "itfBtDown",   "itfBtUp",          "itfFade",         "itfFade2",        "itfScLogo",
-    "itfScBar",    "itfScArrUp",       "itfScArrUpA",     "itfScArrDown",    "itfScArrDownA",
-    "itfScHorBar", "itfScHorArrUp",    "itfScHorArrUpA",  "itfScHorArrDown", "itfScHorArrDownA",
-    "itfTrans137", "ItfProgressEmpty", "ItfProgressFull",
-};
-constexpr const char* OWN_FONTS[] = {"itfBtnFont",   "itfBtnFontA", "itfBtnFontDis", "itfListFont",
-                                     "itfListFont1", "itfMenuFont", "itfMenuFontA",  "itfMenuFontDis"};
-
-} // namespace
 
 void CNameCheck::Run()
 {
@@ -34,24 +21,46 @@ void CNameCheck::Fail(const ResourceToken& token, const std::string& text)
     m_Faults.Add(NAME_RESOURCE, token.line, text);
 }
 
-// Stands behind the section's brace afterwards, or where the section ends too early.
+// Goes on behind the section's brace. The game looks for the second section behind the first; one that stands
+// above it is told, and read all the same.
+bool CNameCheck::FindSection(const char* section)
+{
+    const auto isName = [section](const ResourceToken& token) {
+        return token.kind == ResourceToken::Kind::Word && SameName(token.text, section);
+    };
+    const auto from = m_Tokens.begin() + static_cast<std::ptrdiff_t>(m_nPos);
+    auto found = std::find_if(from, m_Tokens.end(), isName);
+    if (found == m_Tokens.end()) {
+        found = std::find_if(m_Tokens.begin(), from, isName);
+        if (found == from) {
+            Fail(m_Tokens.back(), std::string("there is no section ") + section);
+            return false;
+        }
+        Fail(*found, std::string("the section ") + section + " has to be the last one");
+    }
+    const auto brace =
+        std::find_if(found, m_Tokens.end(), [](const auto& token) { return token.IsMark('{'); });
+    if (brace == m_Tokens.end()) {
+        Fail(*found, std::string("expected a { behind ") + section);
+        return false;
+    }
+    m_nPos = static_cast<std::size_t>(brace - m_Tokens.begin()) + 1;
+    return true;
+}
+
+// Stands behind the section afterwards, or where it ends too early.
 std::vector<CNameCheck::NameRowPlace> CNameCheck::ReadSection(const char* section)
 {
     std::vector<NameRowPlace> rows;
-    for (m_nPos = 0; m_nPos + 1 < m_Tokens.size(); ++m_nPos) {
-        if (m_Tokens[m_nPos].kind == ResourceToken::Kind::Word && SameName(m_Tokens[m_nPos].text, section) &&
-            m_Tokens[m_nPos + 1].IsMark('{'))
-            break;
-    }
-    if (m_nPos + 1 >= m_Tokens.size()) {
-        Fail(m_Tokens.back(), std::string("there is no section ") + section);
+    if (!FindSection(section))
         return rows;
-    }
+    if (Now().IsMark('}'))
+        Fail(Now(), "expected a row in front of the }");
     std::set<std::string> known;
-    for (m_nPos += 2; !m_Tokens[m_nPos].IsMark('}');) {
-        if (m_Tokens[m_nPos].kind == ResourceToken::Kind::End || m_Tokens[m_nPos + 1].IsMark('{')) {
-            Fail(m_Tokens[m_nPos], std::string("the section ") + section + " isn't closed");
-            break;
+    while (!Now().IsMark('}')) {
+        if (Now().kind == ResourceToken::Kind::End || AtSection()) {
+            Fail(Now(), std::string("the section ") + section + " isn't closed");
+            return rows;
         }
         NameRowPlace row;
         if (!ReadRow(row))
@@ -61,37 +70,50 @@ std::vector<CNameCheck::NameRowPlace> CNameCheck::ReadSection(const char* sectio
         else
             rows.push_back(row);
     }
+    ++m_nPos;
     return rows;
 }
 
 // After a fault at the beginning of a line, or at what may be a section's end.
 bool CNameCheck::ReadRow(NameRowPlace& out)
 {
-    out.line = m_Tokens[m_nPos].line;
-    for (std::string* field : {&out.name, &out.file}) {
-        const ResourceToken& token = m_Tokens[m_nPos];
-        if (token.kind == ResourceToken::Kind::Text) {
-            *field = token.text;
+    const std::size_t begin = m_nPos;
+    out.line = (Now().IsMark(',') ? Next() : Now()).line;
+    if (!ReadName("name", out.name) || !ReadName("file", out.file)) {
+        m_nPos += m_nPos == begin ? 1 : 0;
+        while (Now().kind != ResourceToken::Kind::End && !Now().firstOnLine && !Now().IsMark('}') &&
+               !AtSection())
             ++m_nPos;
-            continue;
-        }
-        Fail(token, token.kind == ResourceToken::Kind::Broken
-                        ? token.text
-                        : std::string("expected a ") + (field == &out.name ? "name" : "file") +
-                              " in quotes, found " + token.Describe());
-        do
-            ++m_nPos;
-        while (m_nPos + 1 < m_Tokens.size() && !m_Tokens[m_nPos].firstOnLine &&
-               !m_Tokens[m_nPos].IsMark('}'));
         return false;
     }
-    if (m_Tokens[m_nPos].IsMark(','))
+    if (Now().IsMark(','))
         ++m_nPos;
     if (out.name.size() > MAX_LOGICAL_NAME)
         m_Faults.Add(NAME_RESOURCE, out.line,
                      "the name \"" + out.name + "\" has more than " + std::to_string(MAX_LOGICAL_NAME) +
                          " characters");
     return true;
+}
+
+// A comma in front and quotes may be there or not.
+bool CNameCheck::ReadName(const char* what, std::string& out)
+{
+    if (Now().IsMark(','))
+        ++m_nPos;
+    const ResourceToken& token = Now();
+    const bool isText = token.kind == ResourceToken::Kind::Text || token.kind == ResourceToken::Kind::Word;
+    if (token.kind == ResourceToken::Kind::Broken)
+        Fail(token, token.text);
+    else if (!isText || AtSection())
+        Fail(token, std::string("expected a ") + what + ", found " + token.Describe());
+    else if (token.text.size() >= MAX_PATH)
+        Fail(token, token.Describe() + " has more than " + std::to_string(MAX_PATH - 1) + " characters");
+    else {
+        out = token.text;
+        ++m_nPos;
+        return true;
+    }
+    return false;
 }
 
 void CNameCheck::LoadSprite(const NameRowPlace& row)

@@ -1,6 +1,7 @@
 #pragma once
 // The file that maps logical names: reads it, and loads every picture and font that it names.
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <set>
@@ -36,7 +37,12 @@ class CNameCheck
         int line;
     };
     std::vector<NameRowPlace> ReadSection(const char* section);
+    bool FindSection(const char* section);
     bool ReadRow(NameRowPlace& out);
+    bool ReadName(const char* what, std::string& out);
+    const ResourceToken& Now() const { return m_Tokens[m_nPos]; }
+    const ResourceToken& Next() const { return m_Tokens[std::min(m_nPos + 1, m_Tokens.size() - 1)]; }
+    bool AtSection() const { return Now().kind == ResourceToken::Kind::Word && Next().IsMark('{'); }
     void Fail(const ResourceToken& token, const std::string& text);
     void LoadSprite(const NameRowPlace& row);
     void LoadFont(const NameRowPlace& row);

@@ -1,16 +1,16 @@
 #include "resource_tokens.h"
 
-#include <charconv>
+#include <optional>
 #include <string_view>
 
 #include "keelworks/ds_file.h"
+#include "keelworks/text_number.h"
 #include "keelworks/text_parser.h"
 
 namespace
 {
 
 constexpr std::string_view MARKS = ",{}=";
-constexpr std::string_view HEX_PREFIX = "0x";
 constexpr std::size_t DESCRIBED = 40;
 
 ResourceToken ReadToken(CTextParser& parser, std::vector<char>& buffer)
@@ -33,7 +33,7 @@ ResourceToken ReadToken(CTextParser& parser, std::vector<char>& buffer)
     }
     token.kind = ResourceToken::Kind::Broken;
     token.text = parser.GetError();
-    parser.SkipTillChar('\n');
+    parser.SkipLine();
     return token;
 }
 
@@ -74,24 +74,45 @@ std::vector<ResourceToken> ReadTokens(const char* path, CFaults& faults)
     return tokens;
 }
 
-std::vector<NumberedRow> NumberedRows(const std::vector<ResourceToken>& tokens)
+namespace
 {
-    std::vector<NumberedRow> rows;
-    for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
-        const ResourceToken& token = tokens[i];
-        int number = 0;
-        if (token.kind == ResourceToken::Kind::Word && token.firstOnLine && tokens[i + 1].IsMark(',') &&
-            ParseNumber(token.text, number))
-            rows.push_back({number, token.line});
-    }
-    return rows;
+
+/// The number at `pos` when a comma stands behind it.
+std::optional<int> NumberAt(const std::vector<ResourceToken>& tokens, std::size_t pos)
+{
+    const bool has = tokens[pos].kind == ResourceToken::Kind::Word && tokens[pos + 1].IsMark(',');
+    return has ? ParseTextInt(tokens[pos].text) : std::nullopt;
 }
 
-bool ParseNumber(const std::string& text, int& out)
+bool IsTextAt(const std::vector<ResourceToken>& tokens, std::size_t pos)
 {
-    const bool hex = text.starts_with(HEX_PREFIX);
-    const char* begin = text.data() + (hex ? HEX_PREFIX.size() : 0);
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(begin, end, out, hex ? 16 : 10);
-    return error == std::errc() && stop == end;
+    return tokens[pos].kind == ResourceToken::Kind::Text ||
+           (tokens[pos].kind == ResourceToken::Kind::Word && !NumberAt(tokens, pos));
+}
+
+} // namespace
+
+std::vector<NumberedRow> NumberedRows(const std::vector<ResourceToken>& tokens, std::size_t numbers)
+{
+    std::vector<NumberedRow> rows;
+    std::size_t pos = 0;
+    while (tokens[pos].kind != ResourceToken::Kind::End) {
+        const std::size_t begin = pos;
+        std::size_t taken = 0;
+        for (; taken < numbers && NumberAt(tokens, pos); ++taken)
+            pos += 2;
+        if (taken > 0)
+            rows.push_back({*NumberAt(tokens, begin), tokens[begin].line, {}});
+        if (taken == numbers && IsTextAt(tokens, pos)) {
+            rows.back().text = tokens[pos].text;
+            while (IsTextAt(tokens, pos))
+                ++pos;
+            pos += tokens[pos].IsMark(',') ? 1 : 0;
+            continue;
+        }
+        pos += pos == begin ? 1 : 0;
+        while (tokens[pos].kind != ResourceToken::Kind::End && !tokens[pos].firstOnLine)
+            ++pos;
+    }
+    return rows;
 }

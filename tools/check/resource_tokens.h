@@ -28,11 +28,10 @@ struct ResourceToken {
 std::vector<ResourceToken> ReadTokens(const char* path, CFaults& faults);
 
 struct NumberedRow {
-    int number;
+    int number; ///< its first
     int line;
+    std::string text; ///< its first; empty when the row is wrong there
 };
-/// Every number that begins a line and has a comma behind it.
-std::vector<NumberedRow> NumberedRows(const std::vector<ResourceToken>& tokens);
-
-/// A whole decimal number, or a hexadecimal one behind 0x. False when it isn't one or has no room in an int.
-bool ParseNumber(const std::string& text, int& out);
+/// The rows of a file of numbers, each with a comma behind it, and a text, with a comma between rows or not.
+/// A row that is wrong behind its first number counts all the same, and reading goes on with the next line.
+std::vector<NumberedRow> NumberedRows(const std::vector<ResourceToken>& tokens, std::size_t numbers);

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <set>
+#include <variant>
 
 #include "flow/text_numbers.h"
 #include "keelworks/scenario_parser.h"
@@ -15,14 +16,17 @@ namespace
 {
 
 constexpr char TEXTS[] = "resource\\txt_res\\texts.ini";
-constexpr char FLAGS[] = "resource\\txt_res\\flags.ini";
-constexpr char SCENARIO_FOLDER_PATH[] = "scenarios\\";
-constexpr char SCENARIO_PATTERN[] = "scenarios\\*.sc";
+// Where scenarios lie, and how their files are named; the exported ones become the player's when he imports
+// them.
+constexpr struct {
+    const char* folder;
+    const char* pattern;
+} SCENARIO_FOLDERS[] = {{"scenarios\\", "*.sc"}, {"exports\\", "*.exp"}};
 
 class CTextCheck
 {
   public:
-    explicit CTextCheck(CFaults& faults) : m_Faults(faults) {}
+    CTextCheck(CFaults& faults, CFlagCheck& flags) : m_Faults(faults), m_Flags(flags) {}
 
     void Run()
     {
@@ -32,9 +36,10 @@ class CTextCheck
             Use(row.number, TEXTS, end, std::string("the program's ") + row.name);
         Use(CLogic::TEXT_SECRET, TEXTS, end, "the answer to the hidden code");
         Use(CBattleStage::TEXT_BROKEN_SCENARIO, TEXTS, end, "the message about a broken scenario");
-        for (const NumberedRow& flag : NumberedRows(ReadTokens(FLAGS, m_Faults)))
-            Use(flag.number, FLAGS, flag.line, "the name of this flag's nation");
-        UseScenarios();
+        for (const NumberedRow& flag : m_Flags.Rows())
+            Use(flag.number, CFlagCheck::FLAGS, flag.line, "the name of this flag's nation");
+        for (const auto& scenarios : SCENARIO_FOLDERS)
+            UseScenarios(scenarios.folder, scenarios.pattern);
         for (const auto& [number, line] : m_Lines) {
             if (!m_Used.contains(number))
                 m_Faults.Add(TEXTS, line, "nothing uses text " + std::to_string(number));
@@ -46,7 +51,7 @@ class CTextCheck
     std::vector<ResourceToken> ReadTable()
     {
         std::vector<ResourceToken> tokens = ReadTokens(TEXTS, m_Faults);
-        for (const NumberedRow& row : NumberedRows(tokens))
+        for (const NumberedRow& row : NumberedRows(tokens, 1))
             m_Lines.try_emplace(row.number, row.line);
         if (tokens.size() > 1) {
             const CDebugCapture capture;
@@ -64,14 +69,14 @@ class CTextCheck
             m_Faults.Add(file, line, "there is no text " + std::to_string(number) + ", " + purpose);
     }
 
-    void UseScenarios()
+    void UseScenarios(const std::string& folder, const std::string& pattern)
     {
         WIN32_FIND_DATAA found;
-        const HANDLE search = FindFirstFileA(SCENARIO_PATTERN, &found);
+        const HANDLE search = FindFirstFileA((folder + pattern).c_str(), &found);
         if (search == INVALID_HANDLE_VALUE)
             return;
         do
-            UseScenario(std::string(SCENARIO_FOLDER_PATH) + found.cFileName);
+            UseScenario(folder + found.cFileName);
         while (FindNextFileA(search, &found) != FALSE);
         FindClose(search);
     }
@@ -89,20 +94,37 @@ class CTextCheck
         }
         const SCSETT_STRUCT& settings = *parser.GetScSettings();
         const CUSTOM_RESOURCE_DATA& custom = *parser.GetCustomResourceData();
-        if (custom.bCustomA == 0)
-            Use(settings.nSideANation, path, 0, "the name of its first side");
-        if (custom.bCustomB == 0)
-            Use(settings.nSideBNation, path, 0, "the name of its second side");
+        UseSide(path, "first", settings.nSideANation, custom.bCustomA != 0, custom.guidA);
+        UseSide(path, "second", settings.nSideBNation, custom.bCustomB != 0, custom.guidB);
+        for (const ScenarioItem& item : parser.GetScenario().items) {
+            std::visit(
+                [&](const auto& unit) {
+                    if (unit.figures.nClassText != 0)
+                        Use(unit.figures.nClassText, path, 0,
+                            std::string("the class of \"") + unit.unit.szName + "\"");
+                },
+                item);
+        }
+    }
+
+    void UseSide(const std::string& path, const std::string& side, int nation, bool custom,
+                 const CObjGUID& guid)
+    {
+        if (!custom)
+            Use(nation, path, 0, "the name of its " + side + " side");
+        else if (!m_Flags.HasNation(guid))
+            m_Faults.Add(path, 0, "there is no custom nation with the guid of its " + side + " side");
     }
 
     CFaults& m_Faults;
+    CFlagCheck& m_Flags;
     std::map<int, int> m_Lines; ///< of each text, by its number
     std::set<int> m_Used;
 };
 
 } // namespace
 
-void CheckTexts(CFaults& faults)
+void CheckTexts(CFaults& faults, CFlagCheck& flags)
 {
-    CTextCheck(faults).Run();
+    CTextCheck(faults, flags).Run();
 }

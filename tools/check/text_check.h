@@ -2,6 +2,7 @@
 // The numbered texts against everything that asks for one.
 
 #include "faults.h"
+#include "flag_check.h"
 
-/// Reads texts, flags and scenarios of the data folder.
-void CheckTexts(CFaults& faults);
+/// Reads texts and scenarios of the data folder. flags: behind its Run.
+void CheckTexts(CFaults& faults, CFlagCheck& flags);

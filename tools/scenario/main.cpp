@@ -4,49 +4,64 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "keelworks/scenario_parser.h"
 #include "keelworks/scenario_writer.h"
+#include "platform/files.h"
 #include "scenario_text.h"
 
 namespace
 {
 
+namespace fs = std::filesystem;
+
 constexpr const char* USAGE = "usage: seawarden-scenario compile IN.scn.txt OUT.sc\n"
                               "       seawarden-scenario dump IN.sc OUT.txt\n";
 
-/// The file layer knows a program's own folders alone; a tool is given paths from where it is called.
-std::string FullPath(const std::string& path)
-{
-    return std::filesystem::absolute(path).lexically_normal().string();
-}
+// Paths are the system's own, where case and backslashes are part of a name; the file layer sees them
+// otherwise.
 
 std::vector<char> ReadAll(const std::string& path)
 {
-    const ds_file_buffered file(FullPath(path).c_str(), false);
-    return {file.data(), file.data() + file.get_size()};
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        throw fopen_exception(path);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// A file appears when it is whole; what isn't a file, a pipe for instance, is written to as it is.
+void WriteAll(const std::string& path, std::string_view content)
+{
+    bool whole = false;
+    if (fs::exists(path) && !fs::is_regular_file(path)) {
+        std::ofstream out(path, std::ios::binary);
+        whole = out.write(content.data(), static_cast<std::streamsize>(content.size())) && out.flush();
+    } else {
+        const std::string real = fs::exists(path) ? fs::canonical(path).string() : path;
+        whole = PlatformPutFile(real, content, true) == PlatformPut::Done;
+    }
+    if (!whole)
+        throw scenario_exception(path + ": can't be written");
 }
 
 void Compile(const std::string& in, const std::string& out)
 {
     ds_file_buffered file;
     file.open_memory(in, ReadAll(in));
-    const Scenario scenario = ReadScenarioText(file);
-    CScenarioWriter(scenario).Write(FullPath(out).c_str());
+    const CScenarioWriter writer(ReadScenarioText(file));
+    WriteAll(out, {writer.GetBytes().data(), writer.GetBytes().size()});
 }
 
 void Dump(const std::string& in, const std::string& out)
 {
     CScenarioParser parser;
     parser.OpenScenario(in, ReadAll(in));
-    const std::string text = WriteScenarioText(parser.GetScenario());
-    ds_file file(FullPath(out).c_str(), ds_file::MODE_WRITE);
-    const bool whole = file.write(text.data(), text.size()) == text.size();
-    if (!file.close() || !whole) {
-        throw scenario_exception(out + ": can't be written to its end");
-    }
+    WriteAll(out, WriteScenarioText(parser.GetScenario()));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include <charconv>
 #include <cstring>
 #include <map>
+#include <optional>
 #include <set>
 
 #include "fields.h"
@@ -48,8 +49,8 @@ class CTextReader
     std::string Word(const char* expected);
     std::string Text(std::size_t limit);
     void AppendUnescaped(const char* raw, std::string& out) const;
-    std::int64_t Number(std::int64_t low, std::int64_t high);
-    std::uint32_t Unsigned() { return static_cast<std::uint32_t>(Number(0, UINT32_MAX)); }
+    std::int32_t Number(std::int32_t low, std::int32_t high);
+    CObjGUID Guid();
 
     /// The next field's keyword in lower case, which mustn't have come before; empty behind the block's end.
     std::string NextField(Fields& seen);
@@ -139,17 +140,24 @@ std::string CTextReader::Text(std::size_t limit)
     return text;
 }
 
-std::int64_t CTextReader::Number(std::int64_t low, std::int64_t high)
+std::int32_t CTextReader::Number(std::int32_t low, std::int32_t high)
 {
     const std::string word = Word("a number");
-    const bool hex = word.starts_with("0x");
-    const char* end = word.data() + word.size();
-    std::int64_t value = 0;
-    const auto result = std::from_chars(word.data() + (hex ? 2 : 0), end, value, hex ? 16 : 10);
-    if (result.ec != std::errc() || result.ptr != end || value < low || value > high)
+    const std::optional<int> value = ParseTextInt(word);
+    if (!value || *value < low || *value > high)
         Fail("expected a number from " + std::to_string(low) + " to " + std::to_string(high) + ", found \"" +
              word + "\"");
-    return value;
+    return *value;
+}
+
+CObjGUID CTextReader::Guid()
+{
+    CObjGUID guid;
+    for (std::uint32_t& word : guid.words)
+        word = static_cast<std::uint32_t>(Number(INT32_MIN, INT32_MAX));
+    if (guid == CObjGUID())
+        Fail("expected a guid that isn't zero");
+    return guid;
 }
 
 std::string CTextReader::NextField(Fields& seen)
@@ -185,8 +193,8 @@ const ScenarioUnitKind& CTextReader::Kind(const std::string& keyword) const
 void CTextReader::ReadTime()
 {
     SCENARIO_HEADER& header = m_Scenario.header;
-    header.nHours = static_cast<std::int32_t>(Number(0, 12));
-    header.nMinutes = static_cast<std::int32_t>(Number(0, 59));
+    header.nHours = Number(0, 12);
+    header.nMinutes = Number(0, 59);
     const std::string half = Word("am or pm");
     if (half != "am" && half != "pm")
         Fail("expected am or pm, found \"" + half + "\"");
@@ -205,7 +213,7 @@ void CTextReader::ReadHeadField(const std::string& keyword)
     else if (keyword == "time")
         ReadTime();
     else if (keyword == "year")
-        header.nFlagExtra = static_cast<std::int32_t>(Number(0, SCENARIO_MAX_FIGURE));
+        header.nFlagExtra = Number(0, SCENARIO_MAX_FIGURE);
     else if (keyword == "version")
         header.nVersion =
             static_cast<std::uint32_t>(Number(SCENARIO_VERSION_OLDEST, SCENARIO_VERSION_CURRENT));
@@ -239,12 +247,10 @@ void CTextReader::ReadSide()
     Fields seen;
     for (std::string keyword = NextField(seen); !keyword.empty(); keyword = NextField(seen)) {
         if (keyword == "nation") {
-            (first ? settings.nSideANation : settings.nSideBNation) =
-                static_cast<std::int32_t>(Number(INT32_MIN, INT32_MAX));
+            (first ? settings.nSideANation : settings.nSideBNation) = Number(INT32_MIN, INT32_MAX);
         } else if (keyword == "custom") {
             (first ? custom.bCustomA : custom.bCustomB) = 1;
-            for (std::uint32_t& word : (first ? custom.guidA : custom.guidB).words)
-                word = Unsigned();
+            (first ? custom.guidA : custom.guidB) = Guid();
         } else {
             Fail("unknown field \"" + keyword + "\"");
         }
@@ -266,10 +272,10 @@ CTextReader::Fields CTextReader::ReadUnitFields(const ScenarioUnitKind& kind, Sc
             const std::string text = Text(field->textSize - 1);
             char* target = ScenarioRecord(item) + field->offsets[0];
             std::memset(target, 0, field->textSize);
-            std::memcpy(target, text.data(), text.size());
+            text.copy(target, text.size());
         }
         for (std::size_t i = 0; i < field->count; ++i)
-            SetNumber(item, field->offsets[i], static_cast<std::int32_t>(Number(field->low, field->high)));
+            SetNumber(item, field->offsets[i], Number(field->low, field->high));
     }
     return seen;
 }

@@ -18,7 +18,7 @@ class CScenarioParser
 {
   public:
     /// Room for SCENARIO_MAX_ITEMS ships and all texts.
-    static constexpr std::size_t MAX_FILE_SIZE = 512 * 1024;
+    static constexpr std::size_t MAX_FILE_SIZE = std::size_t{512} * 1024;
 
     CScenarioParser() = default;
     virtual ~CScenarioParser();

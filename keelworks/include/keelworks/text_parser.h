@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "keelworks/ds_file.h"
+#include "keelworks/text_number.h"
 
 /// Reads tokens from the file's position on, and leaves that position behind what it took: a raw read of the
 /// file takes the byte behind the parser, and moving the file moves the parser. Doesn't own the file, which
@@ -32,6 +33,8 @@ class CTextParser
     /// Stands behind the next `c` outside comments and, unless `c` is the quote itself, outside quoted texts.
     /// False at the end of the file.
     bool SkipTillChar(char c);
+    /// Goes on to the end of the line, whatever stands there; the line end itself is left.
+    void SkipLine();
     /// Skips white space and comments and gives the next character, 0 at the end of the file. It is taken
     /// when `take` is set, else left for the next call.
     char SkipSpace(bool take);
@@ -72,9 +75,8 @@ class CTextParser
     void SkipBlank(std::string_view stops = {});
     bool TakeString(char* buffer, std::size_t size);
     bool TakeSeparator(std::string_view allowed, bool& last);
-    bool TakeHexDigits(std::size_t begin, int& out);
-    bool TakeDecimal(int& out);
-    bool TakeDecimal(float& out);
+    template <class T>
+    bool TakeNumber(const ScannedNumber<T>& number, T& out);
     bool TakeInt(bool hex, std::string_view allowed, int& out, bool& last);
     bool SeekTo(const char* token);
     int LineAt(std::size_t pos) const;

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 #include "platform/types.h"
 
@@ -33,6 +34,15 @@ std::string PlatformResolveWrite(const char* path);
 std::FILE* PlatformOpenFile(const char* path, const char* mode);
 /// Removes a file of the player's folder, or one at an absolute path. False when there is none.
 bool PlatformDeleteFile(const char* path);
+enum class PlatformPut {
+    Done,
+    Taken, ///< something stands under the name, which was to be a new one
+    Failed,
+};
+/// Makes a whole file at a real path: it is written beside it under a name that nothing has, flushed to the
+/// disk, and only then takes its place. With `replace` a file or link there goes, without it nothing that
+/// stands there is touched, a link that leads nowhere included. Unless Done, nothing is left of it.
+PlatformPut PlatformPutFile(const std::string& realPath, std::string_view content, bool replace);
 /// Moves within the player's folder, replacing what is there. False on failure.
 bool PlatformRenameFile(const char* from, const char* to);
 

@@ -1,0 +1,83 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "platform/files.h"
+
+namespace
+{
+
+constexpr int MOST_TEMPORARIES = 100; ///< names that are tried: some may be left from a crash
+constexpr mode_t EVERYBODY = 0666;    ///< less what the user's mask takes away
+
+/// Opens a file beside `path` that wasn't there; -1 on failure.
+int MakeTemporary(const std::string& path, std::string& name)
+{
+    for (int number = 1; number <= MOST_TEMPORARIES; ++number) {
+        name = path + ".tmp" + (number == 1 ? "" : std::to_string(number));
+        const int file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, EVERYBODY);
+        if (file >= 0 || errno != EEXIST) {
+            return file;
+        }
+    }
+    return -1;
+}
+
+bool WriteAll(int file, std::string_view content)
+{
+    while (!content.empty()) {
+        const ssize_t written = write(file, content.data(), content.size());
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return false;
+        }
+        content.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return fsync(file) == 0;
+}
+
+/// Not every file system knows both ways of not replacing anything.
+PlatformPut PlaceNew(const char* temporary, const char* path)
+{
+    if (renameat2(AT_FDCWD, temporary, AT_FDCWD, path, RENAME_NOREPLACE) == 0) {
+        return PlatformPut::Done;
+    }
+    if (errno == EEXIST) {
+        return PlatformPut::Taken;
+    }
+    if (link(temporary, path) == 0) {
+        unlink(temporary);
+        return PlatformPut::Done;
+    }
+    return errno == EEXIST ? PlatformPut::Taken : PlatformPut::Failed;
+}
+
+PlatformPut Place(const char* temporary, const char* path, bool replace)
+{
+    if (!replace) {
+        return PlaceNew(temporary, path);
+    }
+    return std::rename(temporary, path) == 0 ? PlatformPut::Done : PlatformPut::Failed;
+}
+
+} // namespace
+
+PlatformPut PlatformPutFile(const std::string& realPath, std::string_view content, bool replace)
+{
+    std::string temporary;
+    const int file = MakeTemporary(realPath, temporary);
+    if (file < 0) {
+        return PlatformPut::Failed;
+    }
+    bool whole = WriteAll(file, content);
+    whole = close(file) == 0 && whole;
+    const PlatformPut put = whole ? Place(temporary.c_str(), realPath.c_str(), replace) : PlatformPut::Failed;
+    if (put != PlatformPut::Done) {
+        unlink(temporary.c_str());
+    }
+    return put;
+}
