@@ -105,8 +105,8 @@ solid itf/filefield.png field $(sizes 352 32)
 solid itf/scenariolist.png table $(sizes 752 204) columns=columns_scenarios.inc
 solid itf/scenariosheet.png sheet $(sizes 752 248)
 solid itf/orders.png paper $(sizes 752 158)
-solid itf/sidea.png side $(sizes 372 256) STAFF=15
-solid itf/sideb.png side $(sizes 372 256) STAFF=357
+solid itf/sidea.png side $(sizes 372 256) STAFF=15 DROP=0
+solid itf/sideb.png side $(sizes 372 256) STAFF=357 DROP=0
 solid itf/nation.png plate $(sizes 206 36)
 solid itf/ships.png table $(sizes 356 148) columns=columns_ships.inc
 solid itf/stepfield.png field $(sizes 168 32)
@@ -116,9 +116,21 @@ step_pair stepleft 0
 step_pair stepright 180
 cut_out itf/select.png band FILL=#3a639c LINE=#d9b45a
 cut_out itf/selectwait.png band FILL=#7a5420 LINE=#a5742a
-solid itf/helpicons.png help HEADING='Signs and vessels' page=help_icons.inc
-solid itf/helpitf1.png help HEADING='On the bridge' page=help_bridge.inc
+solid itf/tab.png button $(sizes 180 32) TOP=#2a4370 BOTTOM=#14223e LIGHT=#5f7fb4 LINE=#33496f
+solid itf/helpicons.png help HEADING='In Battle' page=help_battle.inc TAB=34
+solid itf/helpitf1.png help HEADING='Menus and Lists' page=help_front.inc TAB=234
+solid itf/credits.png credits
+button_pair btwide 160 32
+solid itf/winart.png win
 solid itf/loseart.png lose
+solid itf/record.png record
+solid itf/figures.png table $(sizes 752 361) columns=columns_figures.inc
+solid itf/status.png box $(sizes 640 416) plate=plate_none.inc
+solid itf/statustitle.png plate $(sizes 592 44)
+solid itf/statussidea.png side $(sizes 292 142) STAFF=15 DROP=44
+solid itf/statussideb.png side $(sizes 292 142) STAFF=277 DROP=44
+solid itf/statusname.png plate $(sizes 272 36)
+solid itf/statusorders.png paper $(sizes 592 138)
 python3 portraits.py | rsvg-convert -o "$work/portraits.png"
 convert "$work/portraits.png" -alpha remove -alpha off -strip "PNG24:$images/itf/leaders.png"
 cut_out cursor.png cursor

@@ -1,6 +1,8 @@
 #include "battle/battle_loader.h"
 
 #include <cstring>
+#include <stdexcept>
+#include <string>
 
 #include "keelworks/scenario_parser.h"
 
@@ -9,16 +11,19 @@ void CBattleLoader::ReadScenario()
     const std::string path(m_Command.szPath, strnlen(m_Command.szPath, sizeof(m_Command.szPath)));
     CScenarioParser parser;
     parser.OpenScenario(path.c_str());
-    m_pSea = std::make_unique<CSeaPicture>(MakeSeaScene(parser.GetScenario()), m_Display);
-    m_pBattle = std::make_unique<CBattle>(m_Command, parser.GetTitle());
+    m_Scenario = parser.GetScenario();
+    if (!CBattleSim::CanBeFought(*m_Scenario))
+        throw std::runtime_error(path + ": nobody in it can fight");
 }
 
 bool CBattleLoader::Step()
 {
-    if (m_pSea == nullptr)
-        ReadScenario();
-    else if (!m_pSea->PrepareStep())
+    if (m_nDone == STEPS)
         return false;
+    if (!m_Scenario.has_value())
+        ReadScenario();
+    else
+        m_pBattle = std::make_shared<CBattle>(m_Command, *m_Scenario, m_nSeed);
     ++m_nDone;
     return true;
 }
@@ -26,5 +31,5 @@ bool CBattleLoader::Step()
 int CBattleLoader::Percent() const
 {
     constexpr int ALL = 100;
-    return m_pSea == nullptr ? 0 : m_nDone * ALL / (m_pSea->StepCount() + 1);
+    return m_nDone * ALL / STEPS;
 }

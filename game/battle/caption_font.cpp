@@ -4,6 +4,7 @@
 #include <exception>
 #include <stdexcept>
 
+#include "battle/colour.h"
 #include "keelworks/ds_file.h"
 #include "keelworks/text_parser.h"
 #include "platform/files.h"
@@ -33,8 +34,28 @@ void CCaptionFont::Read(CTextParser& parser, ds_file& file)
     if (!good)
         throw std::runtime_error("wrong letter in line " + std::to_string(parser.GetLine()));
     m_Picture = LoadPicture(texture);
+    MeasureCovers();
     const RECT& blank = Of(' ').rc;
     m_nHeight = blank.bottom - blank.top;
+}
+
+// A letter's own pixels are its brightest, those of its edge the darkest.
+void CCaptionFont::MeasureCovers()
+{
+    constexpr int GREEN_SHIFT = 5;
+    const auto green = [](std::uint16_t pixel) { return (pixel >> GREEN_SHIFT) & GREEN_MAX; };
+    int darkest = GREEN_MAX;
+    int brightest = 0;
+    for (const std::uint16_t pixel : m_Picture.m_aPixels) {
+        if (pixel == KEY_PIXEL)
+            continue;
+        darkest = std::min(darkest, green(pixel));
+        brightest = std::max(brightest, green(pixel));
+    }
+    const int range = std::max(1, brightest - darkest);
+    for (const std::uint16_t pixel : m_Picture.m_aPixels)
+        m_Covers.push_back(static_cast<std::uint8_t>(
+            pixel == KEY_PIXEL ? 0 : std::max(0, green(pixel) - darkest) * FULL_COVER / range));
 }
 
 bool CCaptionFont::ReadLetter(CTextParser& parser, ds_file& file, bool& last)
@@ -81,5 +102,39 @@ void CCaptionFont::Draw(const PixelView& target, int left, int top, const std::s
                             top + (letter.rc.bottom - letter.rc.top)};
         BlitPixels(target, place, source, letter.rc, true, scratch);
         pen += letter.advance;
+    }
+}
+
+void CCaptionFont::DrawInk(const PixelView& target, int left, int top, const std::string& text,
+                           std::uint16_t colour, int cover) const
+{
+    int pen = left;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const Letter& letter = Of(text[i]);
+        pen -= i == 0 ? 0 : letter.overlap;
+        DrawLetterInk(target, pen, top, letter.rc, colour, cover);
+        pen += letter.advance;
+    }
+}
+
+void CCaptionFont::DrawLetterInk(const PixelView& target, int left, int top, const RECT& letter,
+                                 std::uint16_t colour, int cover) const
+{
+    const RECT within = {std::max<LONG>(letter.left, 0), std::max<LONG>(letter.top, 0),
+                         std::min<LONG>(letter.right, m_Picture.m_nWidth),
+                         std::min<LONG>(letter.bottom, m_Picture.m_nHeight)};
+    for (LONG row = within.top; row < within.bottom; ++row) {
+        const LONG y = top + row - letter.top;
+        if (y < 0 || y >= target.m_nHeight)
+            continue;
+        for (LONG column = within.left; column < within.right; ++column) {
+            const LONG x = left + column - letter.left;
+            const int own = m_Covers[static_cast<std::size_t>(row * m_Picture.m_nWidth + column)];
+            if (own == 0 || x < 0 || x >= target.m_nWidth)
+                continue;
+            std::uint16_t& pixel =
+                target.m_pPixels[static_cast<std::ptrdiff_t>(y) * target.m_nWidth + static_cast<int>(x)];
+            pixel = BlendPixel(pixel, colour, own * cover / FULL_COVER);
+        }
     }
 }

@@ -131,7 +131,7 @@ int CWorld::CreateModuleEntity(CScene& scene, const char* name, const char* modu
     if (library == nullptr)
         return -1;
     std::unique_ptr<Entity> entity;
-    Guard(name, [&] { entity = library->CreateEntity(name); });
+    Fail(name, Guard(name, [&] { entity = library->CreateEntity(name); }));
     return entity == nullptr ? -1 : AddEntity(scene, name, name, std::move(entity));
 }
 
@@ -168,7 +168,7 @@ void CWorld::DestroyEntity(int id)
 void CWorld::DeleteNow(std::unique_ptr<Instance> instance)
 {
     m_Running.push_back(instance->id);
-    Guard(instance->name, [&] { instance->entity.reset(); });
+    Fail(instance->name, Guard(instance->name, [&] { instance->entity.reset(); }));
     m_Running.pop_back();
 }
 
@@ -216,12 +216,12 @@ std::string CWorld::EntityName(int id) const
 
 // Calls into entities
 
-void CWorld::Guard(const std::string& name, const std::function<void()>& code)
+std::string CWorld::Guard(const std::string& name, const std::function<void()>& code)
 {
     std::string error;
     try {
         code();
-        return;
+        return error;
     } catch (int number) {
         error = "error code " + std::to_string(number);
     } catch (const std::exception& exception) {
@@ -230,19 +230,35 @@ void CWorld::Guard(const std::string& name, const std::function<void()>& code)
         error = "unknown error";
     }
     m_Trace.Add("failure " + name + ": " + error);
-    if (m_strFailure.empty())
+    return error.empty() ? "unknown error" : error;
+}
+
+void CWorld::Fail(const std::string& name, const std::string& error)
+{
+    if (!error.empty() && m_strFailure.empty())
         m_strFailure = "\"" + name + "\" failed: " + error;
 }
 
-Word CWorld::Call(const Instance& instance, const std::function<Word(Entity&)>& code)
+Word CWorld::Call(const Instance& instance, const std::function<Word(Entity&)>& code, const CMessage* message)
 {
     if (Failed())
         return 0;
     // The instance may leave the table during the call, but it and its entity stay until the call is over.
     Entity& entity = *instance.entity;
     Word result = 0;
-    m_Running.push_back(instance.id);
-    Guard(instance.name, [&] { result = code(entity); });
+    const int id = instance.id;
+    m_Running.push_back(id);
+    const std::string error = Guard(instance.name, [&] { result = code(entity); });
+    if (!error.empty()) {
+        const std::string what = message != nullptr ? DescribeMessage(false, *message, instance.name)
+                                                    : "the frame or the player's input";
+        if (onFailure && onFailure(id, what, error)) {
+            DropPostedBy(id);
+            DestroyEntity(id);
+        } else {
+            Fail(instance.name, error);
+        }
+    }
     m_Running.pop_back();
     Reap();
     return result;
@@ -294,7 +310,8 @@ Word CWorld::Deliver(const CMessage& message)
     const auto found = m_Entities.find(record->destination);
     if (found == m_Entities.end())
         return 0;
-    return Call(*found->second, [record](Entity& entity) { return entity.OnMessage(record); });
+    return Call(
+        *found->second, [record](Entity& entity) { return entity.OnMessage(record); }, &message);
 }
 
 void CWorld::DeliverPosted()

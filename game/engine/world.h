@@ -24,8 +24,8 @@ class IMessageTarget
 };
 
 /// One world runs one program; all on one thread. Every call into an entity goes through here: it makes that
-/// entity the sender of what its code sends, keeps the entity alive while its code runs, and ends the program
-/// in order when an exception comes out of it.
+/// entity the sender of what its code sends, keeps the entity alive while its code runs, and when an
+/// exception comes out of it goes on without it or ends the program in order.
 class CWorld
 {
   public:
@@ -108,8 +108,12 @@ class CWorld
     std::function<void(int width, int height)> onDisplaySize;
     std::function<void(const DisplayInfo&)> onDisplayInfo;
     std::function<void(int mode)> onInputMode;
+    /// An exception has come out of code of the entity: `what` ran, and `error` tells why it failed. With
+    /// true the entity goes, with all that it has posted, as soon as none of its code runs. Otherwise, or
+    /// when this is empty, the world has failed.
+    std::function<bool(int entity, const std::string& what, const std::string& error)> onFailure;
 
-    /// True after an exception has come out of an entity; no entity is run from then on.
+    /// True after an exception that ends the program; no entity is run from then on.
     bool Failed() const { return !m_strFailure.empty(); }
     const std::string& Failure() const { return m_strFailure; }
     CTrace& Trace() { return m_Trace; }
@@ -129,9 +133,13 @@ class CWorld
     };
 
     CScene* Scene0(int id);
-    /// Runs code of an entity; 0 when an exception came out of it or the world has failed already.
-    Word Call(const Instance& instance, const std::function<Word(Entity&)>& code);
-    void Guard(const std::string& name, const std::function<void()>& code);
+    /// Runs code of an entity; 0 when an exception came out of it or the world has failed already. `message`
+    /// is what it was called with, if it was a message.
+    Word Call(const Instance& instance, const std::function<Word(Entity&)>& code,
+              const CMessage* message = nullptr);
+    /// Empty when nothing came out of the code, else what.
+    std::string Guard(const std::string& name, const std::function<void()>& code);
+    void Fail(const std::string& name, const std::string& error);
     Word Deliver(const CMessage& message);
     std::string ReceiverName(int destination) const;
     bool IsRunning(int id) const;

@@ -2,6 +2,8 @@
 
 #include "iengine.h"
 #include "irender2d.h"
+#include "itfrecords.h"
+#include "platform/files.h"
 
 CSeaEntity::~CSeaEntity()
 {
@@ -12,7 +14,32 @@ Word CSeaEntity::Init(IEngine* core)
 {
     m_pCore = core;
     m_pRender2D = GetRender2D(core);
-    return m_pRender2D != nullptr ? 1 : 0;
+    if (m_pRender2D == nullptr)
+        return 0;
+    ChartWords words;
+    words.table =
+        reinterpret_cast<ITextTable*>(core->SendMessage(MSG_GET_TEXT_TABLE, DEST_LOGIC, 0, nullptr));
+    m_Words = words;
+    for (const int side : {0, 1})
+        words.sides[static_cast<std::size_t>(side)] = SideName(side);
+    m_pView = std::make_unique<CChartView>(m_pControls, words);
+    return 1;
+}
+
+/// The nation that the side fights under.
+std::string CSeaEntity::SideName(int side) const
+{
+    const CUSTOM_RESOURCE_DATA& custom = m_pBattle->Custom();
+    if ((side == 0 ? custom.bCustomA : custom.bCustomB) != 0) {
+        const CObjGUID guid = side == 0 ? custom.guidA : custom.guidB;
+        auto* nations = reinterpret_cast<ICustomResources*>(
+            m_pCore->SendMessage(MSG_GET_CUSTOM_RESOURCES, DEST_LOGIC, 0, nullptr));
+        char name[MAX_PATH];
+        if (nations != nullptr && nations->GetName(nations->Find(&guid), name, sizeof(name)))
+            return name;
+    }
+    const SCSETT_STRUCT& settings = m_pBattle->Settings();
+    return m_Words.Text(side == 0 ? settings.nSideANation : settings.nSideBNation);
 }
 
 void CSeaEntity::FreeSurface()
@@ -22,17 +49,11 @@ void CSeaEntity::FreeSurface()
     m_nSurface = -1;
 }
 
-bool CSeaEntity::FitToDisplay()
+bool CSeaEntity::FitToDisplay(SIZE size)
 {
-    SIZE size;
-    m_pCore->GetScreenSize(&size);
-    const SIZE now = m_pPicture->Size();
-    if (size.cx != now.cx || size.cy != now.cy) {
+    if (size.cx != m_Size.cx || size.cy != m_Size.cy)
         FreeSurface();
-        m_pPicture = std::make_unique<CSeaPicture>(m_pPicture->Scene(), size);
-    }
-    while (m_pPicture->PrepareStep())
-        ;
+    m_Size = size;
     if (m_nSurface < 0) {
         const RECT whole = {0, 0, size.cx, size.cy};
         m_nSurface = m_pRender2D->CreateSurface(&whole);
@@ -42,14 +63,15 @@ bool CSeaEntity::FitToDisplay()
 
 Word CSeaEntity::OnFrame(Word elapsed, Word)
 {
-    m_nTime += elapsed;
-    if (!FitToDisplay())
+    SIZE size;
+    m_pCore->GetScreenSize(&size);
+    m_pControls->OnFrame(elapsed, size);
+    if (!FitToDisplay(size))
         return 0;
-    const SIZE size = m_pPicture->Size();
     std::uint16_t* pixels = m_pRender2D->LockSurface(m_nSurface);
     if (pixels == nullptr)
         return 0;
-    m_pPicture->Draw({pixels, static_cast<int>(size.cx), static_cast<int>(size.cy)}, m_nTime);
+    m_pView->Draw({pixels, static_cast<int>(size.cx), static_cast<int>(size.cy)});
     m_pRender2D->UnlockSurface(m_nSurface, 0);
     m_pRender2D->Blit(0, DISPLAY_FRAME, m_nSurface, nullptr, nullptr, false);
     return 0;

@@ -3,30 +3,37 @@
 
 #include <memory>
 
-#include "battle/sea_picture.h"
+#include "battle/chart_view.h"
 #include "entity.h"
 
 class IEngine;
 class IRender2D;
 
-/// Draws the whole display in each frame; what runs behind it, such as the front end, draws over it. When
-/// the display changes its size the picture is prepared anew within that frame.
+/// Draws the whole display in each frame; what runs behind it, such as the front end, draws over it. The
+/// controls' time passes with its frames.
 class CSeaEntity : public Entity
 {
   public:
-    explicit CSeaEntity(std::unique_ptr<CSeaPicture> picture) : m_pPicture(std::move(picture)) {}
+    CSeaEntity(std::shared_ptr<CBattle> battle, std::shared_ptr<CBattleControls> controls)
+        : m_pBattle(std::move(battle)), m_pControls(std::move(controls))
+    {
+    }
     ~CSeaEntity() override;
-    /// Fails without a 2-D layer.
+    /// Fails without a 2-D layer. The logic is asked for the words.
     Word Init(IEngine* core) override;
     Word OnFrame(Word elapsed, Word second) override;
 
   private:
-    bool FitToDisplay();
+    std::string SideName(int side) const;
+    bool FitToDisplay(SIZE size);
     void FreeSurface();
 
     IEngine* m_pCore = nullptr;
     IRender2D* m_pRender2D = nullptr;
-    std::unique_ptr<CSeaPicture> m_pPicture;
-    int m_nSurface = -1;      ///< of the picture's size
-    std::int64_t m_nTime = 0; ///< milliseconds
+    std::shared_ptr<CBattle> m_pBattle;
+    std::shared_ptr<CBattleControls> m_pControls;
+    std::unique_ptr<CChartView> m_pView;
+    ChartWords m_Words;
+    int m_nSurface = -1;
+    SIZE m_Size = {0, 0}; ///< of the surface
 };

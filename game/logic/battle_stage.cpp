@@ -1,52 +1,217 @@
 #include "logic/battle_stage.h"
 
+#include <algorithm>
+#include <cstring>
 #include <exception>
 #include <string>
 #include <utility>
 
+#include "entities/battle_game.h"
 #include "entities/battle_logic.h"
 #include "entities/sea.h"
 #include "platform/system.h"
 
+namespace
+{
+
+bool IsMenu(int code)
+{
+    return code == EVENT_MAIN_MENU || code == EVENT_MENU_WITH_MESSAGE;
+}
+
+} // namespace
+
 void CBattleStage::Begin(const ItfCommand& command)
 {
     End();
-    m_pLoader = std::make_unique<CBattleLoader>(command, m_Display);
+    m_pLoader = std::make_unique<CBattleLoader>(command, m_nSeed++);
     m_bBarOpen = false;
 }
 
 void CBattleStage::End()
 {
+    if (m_pBattle != nullptr)
+        m_pBattle->Hold(true); // its entities are there until the next Update
     m_pBattle.reset();
     m_pLoader.reset();
+    m_Decided.reset();
+    m_CalledOff.reset();
     m_bResume = false;
 }
 
 bool CBattleStage::Resume()
 {
     m_bResume = m_pBattle != nullptr;
-    return m_bResume;
+    return m_bResume || m_pLoader != nullptr;
 }
 
-void CBattleStage::AskLeave()
+void CBattleStage::Ask(int code)
 {
     if (m_pBattle == nullptr || m_FrontEnd.IsWanted())
         return;
     ItfEvent event;
-    event.code = EVENT_LEAVE_BATTLE;
-    m_FrontEnd.PostEvent(event);
+    event.code = code == EVENT_LEAVE_BATTLE && m_pBattle->Sim().IsOver() ? EVENT_END_GAME : code;
+    PostEvent(event);
+}
+
+void CBattleStage::PostEvent(const ItfEvent& event)
+{
+    if (m_pLoader != nullptr) {
+        PostWhileLoading(event);
+        return;
+    }
+    if (IsMenu(event.code))
+        End();
+    if (m_pBattle != nullptr)
+        PostOverBattle(event);
+    else if (event.code == EVENT_SCENARIO_STATUS)
+        m_FrontEnd.PostEvent(event, Status(event));
+    else
+        m_FrontEnd.PostEvent(event);
+}
+
+void CBattleStage::PostWhileLoading(const ItfEvent& event)
+{
+    if (IsMenu(event.code))
+        m_CalledOff = event;
+    else if (event.code == EVENT_END_GAME)
+        m_Decided = event.value2 != 0;
+    else
+        Drop(event.code);
+}
+
+void CBattleStage::PostOverBattle(const ItfEvent& event)
+{
+    switch (event.code) {
+    case EVENT_SCENARIO_STATUS:
+        m_FrontEnd.PostEvent(event, Status(event));
+        break;
+    case EVENT_END_GAME:
+        PostEnd(event);
+        return; // Watch holds the battle, as soon as there is something to see
+    case EVENT_LEAVE_BATTLE:
+        // The question isn't put over another screen.
+        if (m_FrontEnd.IsWanted())
+            return;
+        m_FrontEnd.PostEvent(event);
+        break;
+    case EVENT_VIDEO:
+    case EVENT_HELP:
+        m_FrontEnd.PostEvent(event);
+        break;
+    case EVENT_MISSION_BRIEF:
+        if (event.value2 != 0) {
+            Drop(event.code);
+            return;
+        }
+        m_FrontEnd.PostEvent(event); // the command to set out comes at once
+        break;
+    default:
+        Drop(event.code);
+        return;
+    }
+    m_pBattle->Hold(true);
+}
+
+void CBattleStage::PostEnd(const ItfEvent& event)
+{
+    CBattleSim& sim = m_pBattle->Sim();
+    if (!sim.IsOver()) {
+        sim.Decide(event.value2 != 0 ? sim.Setup().playerSide : 1 - sim.Setup().playerSide);
+        return; // Watch tells the front end
+    }
+    ItfEvent sent = event;
+    sent.value2 = IsWon() ? 1 : 0;
+    m_bEndTold = true;
+    m_FrontEnd.PostEvent(sent);
+}
+
+void CBattleStage::PostMessageBox(const char* second, const char* first, Word style, Word id)
+{
+    if (m_pLoader != nullptr) {
+        Drop(EVENT_MESSAGE_BOX);
+        return;
+    }
+    if (m_pBattle != nullptr) {
+        style &= ~BOX_NO_BUTTON;
+        id = id == BOX_LEAVE_BATTLE ? id : BOX_BACK_TO_BATTLE;
+        m_pBattle->Hold(true);
+    }
+    ItfEvent event;
+    event.code = EVENT_MESSAGE_BOX;
+    m_FrontEnd.PostEvent(event, {reinterpret_cast<Word>(second), reinterpret_cast<Word>(first), style, id});
+}
+
+void CBattleStage::Drop(int code)
+{
+    OutputDebugStringA(("Battle: event " + std::to_string(code) + " has nothing to show\r\n").c_str());
+}
+
+bool CBattleStage::IsWon() const
+{
+    return m_pBattle->Sim().Winner() == m_pBattle->Sim().Setup().playerSide;
+}
+
+ItfScenarioStatus CBattleStage::Status(const ItfEvent& event) const
+{
+    ItfScenarioStatus status = {};
+    std::string path(event.text, strnlen(event.text, sizeof(event.text)));
+    if (m_pBattle != nullptr) {
+        status.nPercentA = m_pBattle->Sim().Percent(0);
+        status.nPercentB = m_pBattle->Sim().Percent(1);
+        if (path.empty())
+            path = m_pBattle->GetScenarioInfo()->szPath;
+    }
+    path.copy(status.szPath, sizeof(status.szPath) - 1);
+    return status;
 }
 
 void CBattleStage::Update()
 {
+    if (IsStopped())
+        End();
     if (m_pBattle == nullptr)
         DestroyEntities();
+    if (m_CalledOff.has_value())
+        CallOff();
     if (m_pLoader != nullptr)
         LoadOn();
     if (std::exchange(m_bResume, false)) {
         m_FrontEnd.TakeAway();
+        m_World.SetInputMode(INPUT_NORMAL);
         RestoreDisplay();
     }
+    if (m_pBattle != nullptr)
+        Watch();
+}
+
+// The battle stands still under the front end, and its end is told when nothing else is shown.
+void CBattleStage::Watch()
+{
+    if (m_pBattle->Sim().IsOver() && !m_bEndTold && !m_FrontEnd.IsWanted()) {
+        m_bEndTold = true;
+        ItfEvent event;
+        event.code = EVENT_END_GAME;
+        event.value2 = IsWon() ? 1 : 0;
+        m_FrontEnd.PostEvent(event);
+    }
+    m_pBattle->Hold(m_FrontEnd.IsWanted());
+}
+
+bool CBattleStage::IsStopped() const
+{
+    const auto* logic = dynamic_cast<const CBattleLogicEntity*>(m_World.GetEntity(m_nLogic));
+    return logic != nullptr && logic->IsStopped();
+}
+
+// The loading screen goes with its bar, and the menu comes new.
+void CBattleStage::CallOff()
+{
+    const ItfEvent menu = *m_CalledOff;
+    End();
+    m_FrontEnd.TakeAway();
+    RestoreDisplay();
+    m_FrontEnd.PostEvent(menu);
 }
 
 // The bar opens behind the first step: a scenario that can't be read gets none.
@@ -78,13 +243,25 @@ void CBattleStage::Show()
 {
     m_FrontEnd.TakeAway();
     m_pBattle = m_pLoader->TakeBattle();
-    auto sea = std::make_unique<CSeaEntity>(m_pLoader->TakeSea());
     m_pLoader.reset();
+    m_bEndTold = false;
     RestoreDisplay();
     if (CScene* scene = m_World.CurrentScene()) {
-        m_nLogic = m_World.AddEntity(*scene, LOGIC_NAME, LOGIC_NAME, std::make_unique<CBattleLogicEntity>());
-        m_nSea = m_World.AddEntity(*scene, SEA_NAME, SEA_NAME, std::move(sea));
+        const auto controls = std::make_shared<CBattleControls>(m_pBattle);
+        auto game = std::make_unique<CBattleGameEntity>(
+            m_pBattle,
+            CBattleGameEntity::Names{m_Names.NameOf(*m_pBattle, 0), m_Names.NameOf(*m_pBattle, 1)});
+        m_nGame = m_World.AddEntity(*scene, GAME_NAME, GAME_NAME, std::move(game));
+        m_nLogic = m_World.AddEntity(*scene, LOGIC_NAME, LOGIC_NAME,
+                                     std::make_unique<CBattleLogicEntity>(m_pBattle, controls));
+        m_nSea =
+            m_World.AddEntity(*scene, SEA_NAME, SEA_NAME, std::make_unique<CSeaEntity>(m_pBattle, controls));
     }
+    if (m_Decided.has_value())
+        m_pBattle->Sim().Decide(*m_Decided ? m_pBattle->Sim().Setup().playerSide
+                                           : 1 - m_pBattle->Sim().Setup().playerSide);
+    else if (m_pBattle->IsBriefAtStart())
+        Ask(EVENT_SCENARIO_STATUS);
 }
 
 void CBattleStage::RestoreDisplay()
@@ -96,7 +273,7 @@ void CBattleStage::RestoreDisplay()
 
 void CBattleStage::DestroyEntities()
 {
-    for (int* entity : {&m_nLogic, &m_nSea}) {
+    for (int* entity : {&m_nGame, &m_nLogic, &m_nSea}) {
         if (*entity >= 0)
             m_World.DestroyEntity(*entity);
         *entity = -1;

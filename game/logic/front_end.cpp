@@ -8,8 +8,9 @@ bool CFrontEnd::Start(const ItfEvent& first)
     m_nEntity = m_World.Root().CreateEntityFromModule(NAME, MODULE, 0, -1, 1, 0);
     if (m_nEntity < 0)
         return false;
+    m_nUpdates = 0;
     m_World.Root().SendMessage(MSG_ITF_START, m_nEntity, 0, "l", &first);
-    return true;
+    return IsUp();
 }
 
 void CFrontEnd::PostEvent(const ItfEvent& event)
@@ -25,6 +26,15 @@ void CFrontEnd::PostEvent(const ItfEvent& event, const Word (&words)[4])
     sent->event = event;
     std::ranges::copy(words, sent->words);
     sent->event.object = sent->words;
+    Post(std::move(sent));
+}
+
+void CFrontEnd::PostEvent(const ItfEvent& event, const ItfScenarioStatus& status)
+{
+    auto sent = std::make_unique<Sent>();
+    sent->event = event;
+    sent->status = status;
+    sent->event.object = &sent->status;
     Post(std::move(sent));
 }
 
@@ -44,6 +54,7 @@ void CFrontEnd::PostNow(std::unique_ptr<Sent> sent)
 
 void CFrontEnd::Update()
 {
+    ++m_nUpdates;
     m_Delivered.clear();
     m_Delivered.swap(m_Waiting);
     if (m_Pending.empty())

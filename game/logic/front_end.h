@@ -24,9 +24,13 @@ class CFrontEnd
     void PostEvent(const ItfEvent& event);
     /// The same with the four words that the event's `object` then points to.
     void PostEvent(const ItfEvent& event, const Word (&words)[4]);
+    /// The same with the status that the event's `object` then points to.
+    void PostEvent(const ItfEvent& event, const ItfScenarioStatus& status);
     /// It is there, or an event waits that brings it back.
     bool IsWanted() const { return IsUp() || !m_Pending.empty(); }
     bool IsUp() const { return m_World.GetEntity(m_nEntity) != nullptr; }
+    /// It has come through its first event and a frame since it was made.
+    bool IsProven() const { return m_nUpdates > 1; }
     int Id() const { return m_nEntity; }
 
     /// Called each frame before the posted messages are delivered. What was posted before the frame's
@@ -40,12 +44,14 @@ class CFrontEnd
     struct Sent {
         ItfEvent event;
         Word words[4] = {};
+        ItfScenarioStatus status = {};
     };
     void Post(std::unique_ptr<Sent> sent);
     void PostNow(std::unique_ptr<Sent> sent);
 
     CWorld& m_World;
     int m_nEntity = -1;
+    int m_nUpdates = 0;                           ///< since it was made
     std::vector<std::unique_ptr<Sent>> m_Pending; ///< while the entity isn't there
     std::vector<std::unique_ptr<Sent>> m_Waiting;
     std::vector<std::unique_ptr<Sent>> m_Delivered;

@@ -2,11 +2,13 @@
 
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 #include "engine/display_limits.h"
 #include "entities/battle_logic.h"
 #include "logic/scenario_import.h"
 #include "platform/files.h"
+#include "platform/system.h"
 
 namespace
 {
@@ -18,10 +20,13 @@ constexpr const char* CUSTOM_NATIONS_FOLDER = "resource\\custom\\";
 
 } // namespace
 
-CLogic::CLogic(CWorld& world, CSound& sound)
+CLogic::CLogic(CWorld& world, CSound& sound, std::uint64_t seed)
     : m_World(world), m_PlayList(sound), m_PlayerProfile(PROFILE_FILE), m_FrontEnd(world),
-      m_Battle(world, m_FrontEnd)
+      m_Battle(world, m_FrontEnd, m_Names, seed)
 {
+    world.onFailure = [this](int entity, const std::string& what, const std::string& error) {
+        return OnFailure(entity, what, error);
+    };
     m_Texts.Load(TEXTS_FILE);
     m_PlayList.Load(PLAYLIST_FILE);
     m_CustomResources.Load(CUSTOM_NATIONS_FOLDER);
@@ -47,14 +52,32 @@ bool CLogic::Start(const ItfEvent& first)
 
 void CLogic::PostMessageBox(int secondText, int firstText, Word style, Word id)
 {
-    ItfEvent event;
-    event.code = EVENT_MESSAGE_BOX;
-    m_FrontEnd.PostEvent(event, {reinterpret_cast<Word>(m_Texts.GetText(secondText)),
-                                 reinterpret_cast<Word>(m_Texts.GetText(firstText)), style, id});
+    m_Battle.PostMessageBox(m_Texts.GetText(secondText), m_Texts.GetText(firstText), style, id);
+}
+
+// Nobody hears of the answer to a plain message, so over a battle it comes as a box.
+void CLogic::PostEvent(const ItfEvent& event)
+{
+    if (event.code == EVENT_MESSAGE && m_Battle.IsBattleOn())
+        PostMessageBox(TEXT_ATTENTION, event.value1, 0, CBattleStage::BOX_BACK_TO_BATTLE);
+    else
+        m_Battle.PostEvent(event);
+}
+
+bool CLogic::OnFailure(int entity, const std::string& what, const std::string& error)
+{
+    const bool comesBack = m_Battle.GetGameState() != nullptr || m_FrontEnd.IsProven();
+    if (entity != m_FrontEnd.Id() || !comesBack)
+        return false;
+    OutputDebugStringA(("Front end: " + what + " failed: " + error + "\r\n").c_str());
+    m_bFrontEndFailed = true;
+    return true;
 }
 
 void CLogic::Update()
 {
+    if (std::exchange(m_bFrontEndFailed, false) && !m_Battle.Resume())
+        PostEvent(ItfEvent());
     m_FrontEnd.Update();
     m_Battle.Update();
     m_PlayList.Update();
@@ -94,7 +117,10 @@ void CLogic::OnCommand(const ItfCommand& command)
         m_Battle.Begin(command);
         return;
     }
-    if (command.code == CMD_RESUME && m_Battle.Resume())
+    // What follows a clip, or a mission's brief, is the battle as well.
+    const bool back =
+        command.code == CMD_RESUME || command.code == CMD_STORY_DONE || command.code == CMD_MISSION_GO;
+    if (back && m_Battle.Resume())
         return;
     ItfEvent answer;
     if (command.code == CMD_SECRET) {
@@ -133,8 +159,8 @@ Word CLogic::OnMessage(const MessageRecord* record)
     case MSG_LOGIC_STOPPED:
         m_Battle.End();
         return 1;
-    case MSG_ASK_LEAVE_BATTLE:
-        m_Battle.AskLeave();
+    case MSG_ASK_SCREEN:
+        m_Battle.Ask(static_cast<int>(data[0]));
         return 1;
     case MSG_GET_GAME_STATE:
         return reinterpret_cast<Word>(m_Battle.GetGameState());

@@ -97,7 +97,7 @@ const char* HelpText()
            "  --shots DIR     where a script's pictures go\n"
            "  --trace FILE    write what crosses the front end's edge\n"
            "  --record FILE   write the player's input as a script\n"
-           "  --seed N        choose the time of day of a headless or recorded run (0)\n"
+           "  --seed N        choose a battle's dice, and the time of day of a headless or recorded run (0)\n"
            "  --version       tell the version\n"
            "  --help          tell this\n";
 }

@@ -153,13 +153,19 @@ void CProgram::ApplyStoredOptions()
     m_World.ApplyDisplayInfo(info);
 }
 
+// A run that can be repeated throws the same dice; any other throws its own unless a seed was asked for.
+std::uint64_t CProgram::BattleSeed() const
+{
+    return m_Clock.IsFixed() || m_Options.seed != 0 ? m_Options.seed : SDL_GetPerformanceCounter();
+}
+
 bool CProgram::StartLogic()
 {
     m_Sound.LoadNames(SOUNDS_FILE);
     for (const char* name : {"camera", "marker", "graphics"})
         m_World.CurrentScene()->CreateEntity(name, 0, 0);
     ApplyStoredOptions();
-    m_pLogic = std::make_unique<CLogic>(m_World, m_Sound);
+    m_pLogic = std::make_unique<CLogic>(m_World, m_Sound, BattleSeed());
     m_World.SetTargets(this, m_pLogic.get());
     ItfEvent first;
     if (m_pScript != nullptr) {

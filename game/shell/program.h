@@ -51,6 +51,7 @@ class CProgram : public IMessageTarget, public IFramePump, public IScriptHost
     void RegisterEntities();
     void ConnectWorld();
     void ApplyStoredOptions();
+    std::uint64_t BattleSeed() const;
     bool StartLogic();
     /// Everything up to the input of the next frame; false when the program is to end.
     bool BeginFrame();

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 #include <vector>
 
+#include "flow/logic_objects.h"
 #include "flow/maindlg.h"
 #include "flow/mainwnd.h"
 #include "flow/valuebox.h"
@@ -34,6 +37,22 @@ IGraphicsEntity* FindGraphics(IEngine* scene)
 {
     const int id = scene != nullptr ? scene->FindEntity("graphics", nullptr) : -1;
     return id >= 0 ? dynamic_cast<IGraphicsEntity*>(scene->GetEntity(id)) : nullptr;
+}
+
+// Whether a box of that id is up for the parent, or has been answered and the answer still waits.
+bool IsAsking(const CItfWnd& parent, int id)
+{
+    const ToolkitState& toolkit = Toolkit();
+    const auto isBox = [&](const WindowEntry& entry) {
+        return entry.wnd->GetParent() == &parent && entry.wnd->GetCtrlId() == id &&
+               dynamic_cast<const CValueBox*>(entry.wnd) != nullptr;
+    };
+    const auto isAnswer = [&](const PostedMessage& message) {
+        return message.wnd == parent.GetId() && message.msg == ITFM_NOTIFY && message.lParam == id;
+    };
+    const auto done = static_cast<std::ptrdiff_t>(toolkit.delivered);
+    return std::any_of(toolkit.windows.begin(), toolkit.windows.end(), isBox) ||
+           std::any_of(toolkit.posted.begin() + done, toolkit.posted.end(), isAnswer);
 }
 
 std::vector<std::string> FindExitPictures()
@@ -139,11 +158,30 @@ void CMainWnd::LeaveProgram(const ReportRow&)
     SetFocus();
 }
 
+CValueBox* CMainWnd::AskOverBattle(const char* first, const char* second, int id, std::uint32_t style)
+{
+    SetDrawing(true); // it has to be seen and answered, whatever turned drawing off
+    try {
+        CValueBox* box = MessageBox(first, second, this, id, style);
+        if (box == nullptr)
+            GoOnWithBattle();
+        return box;
+    } catch (...) {
+        GoOnWithBattle();
+        throw;
+    }
+}
+
 void CMainWnd::AskLeaveBattle()
 {
-    PaintFullScreen(SPRITE_FADE);
-    MessageBox(GetResString(TEXT_LEAVE_QUESTION), GetResString(TEXT_LEAVE_CAPTION), this, BOX_LEAVE_BATTLE,
-               CValueBox::STYLE_YES_NO);
+    if (IsAsking(*this, BOX_LEAVE_BATTLE))
+        return;
+    CValueBox* box = AskOverBattle(GetResString(TEXT_LEAVE_QUESTION), GetResString(TEXT_LEAVE_CAPTION),
+                                   BOX_LEAVE_BATTLE, CValueBox::STYLE_YES_NO);
+    if (box == nullptr)
+        return;
+    PaintFullScreen(SPRITE_FADE); // not before there is a box to stand on it
+    box->Invalidate(nullptr);
 }
 
 void CMainWnd::LeaveBattle(const ReportRow&)
@@ -151,19 +189,17 @@ void CMainWnd::LeaveBattle(const ReportRow&)
     // Read by the logic during the call.
     static const std::int32_t stopped[2] = {90, 0};
 
-    IEngine* scene = GetCurrentScene(m_pCore);
-    const int logic = scene != nullptr ? scene->FindEntity("logic", "logic") : -1;
-    if (logic < 1) {
-        Root()->PostMessage(MSG_NO_LOGIC, DEST_LOGIC, 0, "l", -1);
-    } else {
-        scene->SendMessage(MSG_LOGIC_STOP, logic, -1, nullptr);
+    // What lay under the question belongs to the battle, and goes before it does.
+    CloseAllDialogs();
+    if (StopBattleLogic(m_pCore))
         Root()->SendMessage(MSG_LOGIC_STOPPED, DEST_LOGIC, 0, "l", stopped);
-    }
+    else
+        Root()->PostMessage(MSG_NO_LOGIC, DEST_LOGIC, 0, "l", -1);
     ShowMainDlg(true);
     Invalidate(nullptr);
 }
 
-void CMainWnd::StayInBattle(const ReportRow&)
+void CMainWnd::GoOnWithBattle()
 {
     SetDrawing(true);
     Root()->SendMessage(MSG_REFRESH, DEST_LOGIC, 0, nullptr);
@@ -181,6 +217,46 @@ void CMainWnd::AbortNetGame(const ReportRow&)
 {
     SetDrawing(true);
     PostCommand(CMD_RESUME);
-    if (auto* net = reinterpret_cast<INetCore*>(Root()->SendMessage(MSG_GET_NET, DEST_LOGIC, 0, nullptr)))
+    if (INetCore* net = GetNetCore(m_pCore))
         net->AbortGame();
+}
+
+void CMainWnd::LeaveEndedGame(const ReportRow& row)
+{
+    constexpr int REASON_LEFT = 1;
+    if (INetCore* net = GetNetCore(m_pCore))
+        net->Disconnect(REASON_LEFT);
+    CloseToMain(row);
+}
+
+void CMainWnd::PlayAgain(const ReportRow& row)
+{
+    Close(row);
+    const ScenarioInfo* scenario = ScenarioOf(GetGameState(m_pCore));
+    if (scenario == nullptr) {
+        ShowScenSelDlg(); // nobody knows which it was
+        return;
+    }
+    const std::string path(scenario->szPath, strnlen(scenario->szPath, sizeof scenario->szPath));
+    std::snprintf(m_Command.szPath, sizeof m_Command.szPath, "%s", path.c_str());
+    ShowScenBriefDlg(m_Command.szPath);
+}
+
+void CMainWnd::GoOnAfterGame(const ReportRow& row)
+{
+    Close(row);
+    if (IsNetworkGame(m_pCore)) {
+        PostCommand(CMD_BACK_TO_LOBBY);
+    } else if (IsCampaign(GetGameState(m_pCore))) {
+        m_Command.nOptionValue = m_Options.nOptionValue;
+        PostCommand(CMD_CONTINUE_CAMPAIGN);
+    } else {
+        ShowScenSelDlg();
+    }
+}
+
+void CMainWnd::LookOnAfterGame(const ReportRow& row)
+{
+    Close(row);
+    GoOnWithBattle();
 }

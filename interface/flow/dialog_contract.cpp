@@ -3,14 +3,19 @@
 #include <string>
 #include <strings.h>
 
+#include "flow/creditsdlg.h"
 #include "flow/editboxdlg.h"
+#include "flow/endgamedlg.h"
 #include "flow/flow.h"
+#include "flow/helpdlg.h"
 #include "flow/maindlg.h"
 #include "flow/valuebox.h"
 #include "platform/system.h"
 #include "saves/filedlg.h"
 #include "scenario/scenbriefdlg.h"
 #include "scenario/scenseldlg.h"
+#include "scenario/scstatusdlg.h"
+#include "scenario/statisticsdlg.h"
 
 namespace
 {
@@ -89,6 +94,39 @@ constexpr ControlRule SCENARIO_BRIEF_CONTROLS[] = {
     {CScenBriefDlg::IDC_HARDER, KIND_BUTTON},
 };
 
+constexpr ControlRule HELP_CONTROLS[] = {
+    {CHelpDlg::IDC_CLOSE, KIND_BUTTON},
+    {CHelpDlg::IDC_FIRST_PAGE, KIND_CHECKBOX},
+    {CHelpDlg::IDC_SECOND_PAGE, KIND_CHECKBOX},
+};
+
+constexpr ControlRule CREDITS_CONTROLS[] = {
+    {CCreditsDlg::IDC_CLOSE, KIND_BUTTON},
+    {CCreditsDlg::IDC_TEXT, KIND_ANY},
+};
+
+constexpr ControlRule END_GAME_CONTROLS[] = {
+    {CEndGameDlg::IDC_LEAVE, KIND_BUTTON},   {CEndGameDlg::IDC_STATISTICS, KIND_BUTTON},
+    {CEndGameDlg::IDC_AGAIN, KIND_BUTTON},   {CEndGameDlg::IDC_GO_ON, KIND_BUTTON},
+    {CEndGameDlg::IDC_LOOK_ON, KIND_BUTTON}, {CEndGameDlg::IDC_RESULT, KIND_TEXTBOX},
+    {CEndGameDlg::IDC_ART, KIND_PICTUREBOX},
+};
+
+constexpr ControlRule STATISTICS_CONTROLS[] = {
+    {CStatisticsDlg::IDC_TABLE, KIND_TABLE, false, CStatisticsDlg::COLUMN_COUNT},
+    {CStatisticsDlg::IDC_CLOSE, KIND_BUTTON},
+    {CStatisticsDlg::IDC_SCENARIO, KIND_TEXTBOX},
+    {CStatisticsDlg::IDC_TIME, KIND_TEXTBOX},
+};
+
+constexpr ControlRule STATUS_CONTROLS[] = {
+    {CScStatusDlg::IDC_CLOSE, KIND_BUTTON},      {CScStatusDlg::IDC_DESCRIPTION, KIND_TEXTBOX},
+    {CScStatusDlg::IDC_TITLE, KIND_TEXTBOX},     {CScStatusDlg::IDC_NAME_A, KIND_ANY},
+    {CScStatusDlg::IDC_PERCENT_A, KIND_TEXTBOX}, {CScStatusDlg::IDC_NAME_B, KIND_ANY},
+    {CScStatusDlg::IDC_PERCENT_B, KIND_TEXTBOX}, {CScStatusDlg::IDC_FLAG_A, KIND_FLAGBOX},
+    {CScStatusDlg::IDC_FLAG_B, KIND_FLAGBOX},
+};
+
 constexpr DialogRule CONTRACT[] = {
     {SECTION_MAIN, MAIN_CONTROLS},
     {SECTION_MESSAGE, MESSAGE_CONTROLS},
@@ -97,6 +135,11 @@ constexpr DialogRule CONTRACT[] = {
     {SECTION_FILE, FILE_CONTROLS},
     {SECTION_SCENARIOS, SCENARIO_CONTROLS},
     {SECTION_SCENARIO_BRIEF, SCENARIO_BRIEF_CONTROLS},
+    {SECTION_HELP, HELP_CONTROLS},
+    {SECTION_CREDITS, CREDITS_CONTROLS},
+    {SECTION_END_GAME, END_GAME_CONTROLS},
+    {SECTION_STATISTICS, STATISTICS_CONTROLS},
+    {SECTION_STATUS, STATUS_CONTROLS},
 };
 
 } // namespace

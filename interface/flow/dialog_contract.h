@@ -16,6 +16,16 @@ inline constexpr char SECTION_FILE[] = "FileDlg";
 inline constexpr char SECTION_SCENARIOS[] = "ScenSelDlg";
 inline constexpr char SECTION_SCENARIO_BRIEF[] = "ScenBriefDlg";
 
+inline constexpr char SECTION_HELP[] = "HelpDlg";
+inline constexpr char SECTION_CREDITS[] = "CreditsDlg";
+inline constexpr char SECTION_END_GAME[] = "EndGameDlg";
+inline constexpr char SECTION_STATISTICS[] = "StatisticsDlg";
+inline constexpr char SECTION_STATUS[] = "ScStatusDlg";
+
+/// In a rule: the code needs no more of the control than a window has, so it may be of any kind. Never for a
+/// required one.
+constexpr auto KIND_ANY = static_cast<ItfControlKind>(-1);
+
 /// The id of labels and frames, which no code looks for. Any section may hold any number of text boxes with
 /// it.
 constexpr int CONTROL_ID_NONE = 0;

@@ -14,10 +14,13 @@
 const CInterface::EventRow CInterface::s_Events[] = {
     {EVENT_MAIN_MENU, &CInterface::EventMainMenu},
     {EVENT_VIDEO, &CInterface::EventVideo},
+    {EVENT_SCENARIO_STATUS, &CInterface::EventScenarioStatus},
+    {EVENT_HELP, &CInterface::EventHelp},
     {EVENT_MESSAGE, &CInterface::EventMessage},
     {EVENT_MISSION_BRIEF, &CInterface::EventMissionBrief},
     {EVENT_LEAVE_BATTLE, &CInterface::EventLeaveBattle},
     {EVENT_MENU_WITH_MESSAGE, &CInterface::EventMenuWithMessage},
+    {EVENT_END_GAME, &CInterface::EventEndGame},
     {EVENT_MESSAGE_BOX, &CInterface::EventMessageBox},
     {EVENT_FULL_DISPLAY, &CInterface::EventFullDisplay},
 };
@@ -36,7 +39,7 @@ std::string TextOf(const ItfEvent& event)
 // Codes without a row do nothing.
 Word CInterface::RunEvent(const ItfEvent& event)
 {
-    if (!EnsureMainWnd())
+    if (m_mainWnd.GetId() == -1 && !OpenMainWnd(false))
         return 0;
     for (const EventRow& row : s_Events) {
         if (row.code == event.code)
@@ -85,6 +88,18 @@ Word CInterface::EventVideo(const ItfEvent& event)
     return 0;
 }
 
+Word CInterface::EventScenarioStatus(const ItfEvent& event)
+{
+    m_mainWnd.ShowScStatusDlg(static_cast<const ItfScenarioStatus*>(event.object));
+    return 0;
+}
+
+Word CInterface::EventHelp(const ItfEvent&)
+{
+    m_mainWnd.ShowHelpDlg();
+    return 0;
+}
+
 // A box has to be seen and answered, whatever turned drawing off.
 Word CInterface::EventMessage(const ItfEvent& event)
 {
@@ -101,15 +116,30 @@ Word CInterface::EventMissionBrief(const ItfEvent& event)
 
 Word CInterface::EventLeaveBattle(const ItfEvent&)
 {
-    CItfWnd::SetDrawing(true);
     m_mainWnd.AskLeaveBattle();
     return 0;
 }
 
+// The message has to reach the player also when the menu can't, and the host hears of the menu's failure.
 Word CInterface::EventMenuWithMessage(const ItfEvent& event)
 {
-    EventMainMenu(event);
+    try {
+        EventMainMenu(event);
+    } catch (...) {
+        try {
+            m_mainWnd.ShowMessage(event.value2);
+        } catch (...) {
+            // Neither can be shown: of the two failures the first counts.
+        }
+        throw;
+    }
     m_mainWnd.ShowMessage(event.value2);
+    return 0;
+}
+
+Word CInterface::EventEndGame(const ItfEvent& event)
+{
+    m_mainWnd.ShowEndGame(event.value2 != 0);
     return 0;
 }
 
@@ -120,11 +150,15 @@ Word CInterface::EventMessageBox(const ItfEvent& event)
     const Word* words = static_cast<const Word*>(event.object);
     if (words == nullptr)
         return 0;
+    const auto* first = reinterpret_cast<const char*>(words[BOX_FIRST]);
+    const auto* second = reinterpret_cast<const char*>(words[BOX_SECOND]);
+    const auto style = static_cast<std::uint32_t>(words[BOX_STYLE]);
+    const int id = static_cast<int>(words[BOX_ID]);
+    // Either answer to this one lets the battle go on, so its absence must do that too.
+    if (id == BOX_NET_LOST)
+        return reinterpret_cast<Word>(m_mainWnd.AskOverBattle(first, second, id, style));
     CItfWnd::SetDrawing(true);
-    CValueBox* box = m_mainWnd.MessageBox(
-        reinterpret_cast<const char*>(words[BOX_FIRST]), reinterpret_cast<const char*>(words[BOX_SECOND]),
-        &m_mainWnd, static_cast<int>(words[BOX_ID]), static_cast<std::uint32_t>(words[BOX_STYLE]));
-    return reinterpret_cast<Word>(box);
+    return reinterpret_cast<Word>(m_mainWnd.MessageBox(first, second, &m_mainWnd, id, style));
 }
 
 Word CInterface::EventFullDisplay(const ItfEvent&)

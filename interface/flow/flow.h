@@ -16,6 +16,10 @@ enum FlowDialogId : int {
     DLG_SCENARIOS = 100,
     DLG_SCENARIO_BRIEF = 110,
     BOX_LEAVE_PROGRAM = 140,
+    DLG_SCENARIO_STATUS = 150,
+    DLG_CREDITS = 180,
+    DLG_HELP = 190,
+    DLG_END_GAME = 350,
     BOX_LEAVE_BATTLE = 360,
     BOX_NET_LOST =
         370, ///< the logic's own box: with 10 the player leaves the network, else he aborts the game
@@ -29,6 +33,7 @@ enum FlowResult : int {
     RESULT_DONE = 210,     ///< go on
     RESULT_BACK = 220,     ///< back to the previous step
     RESULT_SCENARIO = 230, ///< a scenario was chosen
+    RESULT_LEAVE = 300,    ///< from the end of a battle to the main menu
 };
 
 /// Items of the main menu, as the dialog resource numbers them. 100 comes from the hidden code alone.
@@ -80,7 +85,7 @@ enum OpeningStart : unsigned {
 /// What happens after it, in the order of the row.
 enum class OpeningStep : std::uint8_t {
     End,
-    Shade, ///< the shade effect of the new dialog
+    Shade, ///< the shade effect of the new dialog, without a shader drawing on
     Show,
     RedrawTop, ///< the top window, and so everything
     RedrawDialog,
@@ -90,13 +95,13 @@ enum class OpeningStep : std::uint8_t {
     ShadeIfCovers, ///< with a caller taken away the shade, without one drawing on
 };
 
-/// What follows when Create fails; the dialog's object is deleted first.
+/// What follows when Create fails or throws; the dialog's object is deleted first.
 enum class OpeningFailure : std::uint8_t {
     MainDialog,         ///< the main dialog opens
     SwitchOnMainDialog, ///< drawing goes on, and the main dialog opens
     SwitchOn,           ///< drawing goes on
     SwitchOnCaller,     ///< drawing goes on, and the first caller shows again
-    Resume,             ///< CMD_RESUME goes out
+    SwitchOnResume,     ///< drawing goes on, and CMD_RESUME goes out
 };
 
 /// What closing a covering dialog does when no caller is open.

@@ -2,6 +2,10 @@
 
 #include <cstdio>
 
+#include "flow/creditsdlg.h"
+#include "flow/endgamedlg.h"
+#include "flow/helpdlg.h"
+#include "flow/logic_objects.h"
 #include "flow/maindlg.h"
 #include "flow/valuebox.h"
 #include "iengine.h"
@@ -13,6 +17,7 @@
 #include "scenario/scenbriefdlg.h"
 #include "scenario/scenhead.h"
 #include "scenario/scenseldlg.h"
+#include "scenario/scstatusdlg.h"
 
 namespace
 {
@@ -41,6 +46,36 @@ constexpr OpeningRow OPEN_MAIN = {
     {OpeningStep::Shade, OpeningStep::Show, OpeningStep::RedrawDialog, OpeningStep::Focus},
     OpeningFailure::SwitchOn,
 };
+constexpr OpeningRow OPEN_CREDITS = {
+    DLG_CREDITS,
+    "CreditsDlg",
+    START_CLOSES_MAIN | START_SWITCH_OFF,
+    {OpeningStep::Shade, OpeningStep::Show, OpeningStep::RedrawTop},
+    OpeningFailure::SwitchOnMainDialog,
+};
+// Over a running battle; the loading screen may have left drawing off.
+constexpr OpeningRow OPEN_SCENARIO_STATUS = {
+    DLG_SCENARIO_STATUS,
+    "ScStatusDlg",
+    0,
+    {OpeningStep::Show, OpeningStep::SwitchOn, OpeningStep::RedrawTop},
+    OpeningFailure::SwitchOnResume,
+};
+constexpr OpeningRow OPEN_HELP = {
+    DLG_HELP,
+    "HelpDlg",
+    0,
+    {OpeningStep::Show, OpeningStep::SwitchOn, OpeningStep::RedrawTop},
+    OpeningFailure::SwitchOnResume,
+};
+// Without it the player looks on at the finished battle, which he can leave.
+constexpr OpeningRow OPEN_END_GAME = {
+    DLG_END_GAME,
+    "Final",
+    START_SWITCH_OFF,
+    {OpeningStep::Shade, OpeningStep::Show, OpeningStep::RedrawTop},
+    OpeningFailure::SwitchOnResume,
+};
 
 } // namespace
 
@@ -56,11 +91,25 @@ CDialogSlot& CMainWnd::MemberMain(CMainWnd& wnd)
 {
     return wnd.m_pMainDlg;
 }
+CDialogSlot& CMainWnd::MemberScStatus(CMainWnd& wnd)
+{
+    return wnd.m_pScStatusDlg;
+}
+CDialogSlot& CMainWnd::MemberCredits(CMainWnd& wnd)
+{
+    return wnd.m_pCreditsDlg;
+}
+CDialogSlot& CMainWnd::MemberHelp(CMainWnd& wnd)
+{
+    return wnd.m_pHelpDlg;
+}
+CDialogSlot& CMainWnd::MemberEndGame(CMainWnd& wnd)
+{
+    return wnd.m_pEndGameDlg;
+}
 
 const SlotOf CMainWnd::s_Members[] = {
-    MemberScenSel,
-    MemberScenBrief,
-    MemberMain,
+    MemberScenSel, MemberScenBrief, MemberMain, MemberScStatus, MemberCredits, MemberHelp, MemberEndGame,
 };
 
 // id, result, member, what follows. A report without a row does nothing.
@@ -72,6 +121,13 @@ const CMainWnd::ReportRow CMainWnd::s_Reports[] = {
     {DLG_SCENARIO_BRIEF, RESULT_BACK, MemberScenBrief, &CMainWnd::BackToScenarios},
     {BOX_LEAVE_PROGRAM, RESULT_FIRST, nullptr, &CMainWnd::LeaveProgram},
     {BOX_LEAVE_PROGRAM, RESULT_ANY, nullptr, &CMainWnd::StayInProgram},
+    {DLG_SCENARIO_STATUS, RESULT_CLOSE, MemberScStatus, &CMainWnd::CloseAndResume},
+    {DLG_CREDITS, RESULT_CLOSE, MemberCredits, &CMainWnd::CloseToMain},
+    {DLG_HELP, RESULT_CLOSE, MemberHelp, &CMainWnd::CloseAndResume},
+    {DLG_END_GAME, RESULT_CLOSE, MemberEndGame, &CMainWnd::LookOnAfterGame},
+    {DLG_END_GAME, RESULT_DONE, MemberEndGame, &CMainWnd::PlayAgain},
+    {DLG_END_GAME, RESULT_BACK, MemberEndGame, &CMainWnd::GoOnAfterGame},
+    {DLG_END_GAME, RESULT_LEAVE, MemberEndGame, &CMainWnd::LeaveEndedGame},
     {BOX_LEAVE_BATTLE, RESULT_FIRST, nullptr, &CMainWnd::LeaveBattle},
     {BOX_LEAVE_BATTLE, RESULT_ANY, nullptr, &CMainWnd::StayInBattle},
     {BOX_NET_LOST, RESULT_FIRST, nullptr, &CMainWnd::LeaveNetwork},
@@ -79,9 +135,8 @@ const CMainWnd::ReportRow CMainWnd::s_Reports[] = {
 };
 
 const CMainWnd::MenuRow CMainWnd::s_MenuItems[] = {
-    {MENU_SCENARIO, &CMainWnd::ShowScenSelDlg},
-    {MENU_INTRO, &CMainWnd::PlayIntro},
-    {MENU_QUIT, &CMainWnd::AskLeaveProgram},
+    {MENU_SCENARIO, &CMainWnd::ShowScenSelDlg}, {MENU_CREDITS, &CMainWnd::ShowCreditsDlg},
+    {MENU_INTRO, &CMainWnd::PlayIntro},         {MENU_QUIT, &CMainWnd::AskLeaveProgram},
     {MENU_SECRET, &CMainWnd::SendSecret},
 };
 
@@ -194,7 +249,7 @@ void CMainWnd::FinishOpening(CItfDialog& dialog, const OpeningRow& row)
         case OpeningStep::End:
             return;
         case OpeningStep::Shade:
-            dialog.Shade();
+            dialog.ShadeOrPaint();
             break;
         case OpeningStep::Show:
             dialog.Show(true);
@@ -216,7 +271,7 @@ void CMainWnd::FinishOpening(CItfDialog& dialog, const OpeningRow& row)
             break;
         case OpeningStep::ShadeIfCovers:
             if (covers)
-                dialog.Shade();
+                dialog.ShadeOrPaint();
             else
                 SetDrawing(true);
             break;
@@ -226,18 +281,30 @@ void CMainWnd::FinishOpening(CItfDialog& dialog, const OpeningRow& row)
 
 void CMainWnd::FailOpening(const OpeningRow& row)
 {
-    if (row.onFailure == OpeningFailure::Resume) {
-        PostCommand(CMD_RESUME);
-        return;
-    }
     if (row.onFailure != OpeningFailure::MainDialog)
         SetDrawing(true);
-    if (row.onFailure == OpeningFailure::SwitchOnCaller) {
+    switch (row.onFailure) {
+    case OpeningFailure::MainDialog:
+    case OpeningFailure::SwitchOnMainDialog:
+        ShowMainDlg(true);
+        break;
+    case OpeningFailure::SwitchOnCaller:
         if (CItfDialog* caller = FirstCaller(*row.cover))
             caller->Show(true);
-    } else if (row.onFailure != OpeningFailure::SwitchOn) {
-        ShowMainDlg(true);
+        break;
+    case OpeningFailure::SwitchOnResume:
+        PostCommand(CMD_RESUME);
+        break;
+    case OpeningFailure::SwitchOn:
+        break;
     }
+}
+
+void CMainWnd::FailOpeningQuietly(const OpeningRow& row) noexcept
+try {
+    FailOpening(row);
+} catch (...) {
+    // The dialog to go back to can't be opened either; the caller hears of the first failure.
 }
 
 // True when there was a caller to take away.
@@ -290,7 +357,7 @@ void CMainWnd::Restore(const ReportRow& row)
     Close(row);
     if (caller != nullptr) {
         caller->Show(true);
-        caller->Shade();
+        caller->ShadeOrPaint();
         return;
     }
     if (row.cover->alone != AloneAtClosing::Nothing)
@@ -320,6 +387,26 @@ void CMainWnd::ShowScenSelDlg()
 void CMainWnd::ShowScenBriefDlg(const char* path)
 {
     Open(m_pScenBriefDlg, OPEN_SCENARIO_BRIEF, path);
+}
+
+void CMainWnd::ShowScStatusDlg(const ItfScenarioStatus* info)
+{
+    Open(m_pScStatusDlg, OPEN_SCENARIO_STATUS, info);
+}
+
+void CMainWnd::ShowCreditsDlg()
+{
+    Open(m_pCreditsDlg, OPEN_CREDITS);
+}
+
+void CMainWnd::ShowHelpDlg()
+{
+    Open(m_pHelpDlg, OPEN_HELP);
+}
+
+void CMainWnd::ShowEndGame(bool won)
+{
+    Open(m_pEndGameDlg, OPEN_END_GAME, won, IsNetworkGame(m_pCore));
 }
 
 void CMainWnd::ChooseScenario(const ReportRow&)

@@ -9,9 +9,13 @@
 #include "itfrecords.h"
 #include "kernel/itfwnd.h"
 
+class CCreditsDlg;
+class CEndGameDlg;
+class CHelpDlg;
 class CMainDlg;
 class CScenBriefDlg;
 class CScenSelDlg;
+class CScStatusDlg;
 
 /// Shows nothing of its own: owns one member for each dialog, opens dialogs, is told how each ended, and
 /// turns that into the next dialog or a command to the logic. Its state is the set of members that aren't
@@ -36,9 +40,18 @@ class CMainWnd : public CItfWnd
     void ShowScenSelDlg();
     /// `path` is the scenario's file. A broken one is told by the dialog, and the main dialog opens.
     void ShowScenBriefDlg(const char* path);
+    /// The battle goes on at once when the scenario can't be read, or for null.
+    void ShowScStatusDlg(const ItfScenarioStatus* info);
+    void ShowCreditsDlg();
+    void ShowHelpDlg();
+    void ShowEndGame(bool won);
     /// Without a dialog (direct) the loading screen comes up and CMD_MISSION_GO goes out.
     void ShowMissionBrief(const char* path, bool direct);
     void ShowMessage(int number);
+    /// A question of the running battle, with this window as parent. The battle goes on when it can't be
+    /// asked: null, or what the box's resource throws.
+    CValueBox* AskOverBattle(const char* first, const char* second, int id, std::uint32_t style);
+    /// Nothing while the answer to an earlier question is awaited or on its way.
     void AskLeaveBattle();
     void CloseAllDialogs();
 
@@ -74,8 +87,8 @@ class CMainWnd : public CItfWnd
 
     /// The common way to open a dialog: makes a Dialog and calls its Create with the row's name and id, this
     /// window as parent, and the further arguments. Gives the dialog when it has opened now; null when it was
-    /// open already or can't be created. A Create that throws leaves the dialog in its slot, out of the
-    /// window table.
+    /// open already, can't be created, or this window itself has gone. A Create that throws is recovered from
+    /// as one that fails, and what it threw goes on to the caller.
     template <class Dialog, class... Arguments>
     Dialog* Open(CDialogSlotOf<Dialog>& slot, const OpeningRow& row, Arguments... arguments)
     {
@@ -105,6 +118,10 @@ class CMainWnd : public CItfWnd
     static CDialogSlot& MemberScenSel(CMainWnd& wnd);
     static CDialogSlot& MemberScenBrief(CMainWnd& wnd);
     static CDialogSlot& MemberMain(CMainWnd& wnd);
+    static CDialogSlot& MemberScStatus(CMainWnd& wnd);
+    static CDialogSlot& MemberCredits(CMainWnd& wnd);
+    static CDialogSlot& MemberHelp(CMainWnd& wnd);
+    static CDialogSlot& MemberEndGame(CMainWnd& wnd);
     static const SlotOf s_Members[];
     static const ReportRow s_Reports[];
     static const MenuRow s_MenuItems[];
@@ -122,12 +139,19 @@ class CMainWnd : public CItfWnd
     void LeaveProgram(const ReportRow& row);
     void StayInProgram(const ReportRow& row);
     void LeaveBattle(const ReportRow& row);
-    void StayInBattle(const ReportRow& row);
+    void StayInBattle(const ReportRow&) { GoOnWithBattle(); }
+    void GoOnWithBattle();
     void LeaveNetwork(const ReportRow& row);
+    void LeaveEndedGame(const ReportRow& row);
+    void PlayAgain(const ReportRow& row);
+    void GoOnAfterGame(const ReportRow& row);
+    void LookOnAfterGame(const ReportRow& row);
     void AbortNetGame(const ReportRow& row);
 
     void FinishOpening(CItfDialog& dialog, const OpeningRow& row);
     void FailOpening(const OpeningRow& row);
+    /// The same while an exception is on its way.
+    void FailOpeningQuietly(const OpeningRow& row) noexcept;
     bool TakeCallersAway(const CoverRule& cover);
     CItfDialog* FirstCaller(const CoverRule& cover);
     void CloseAndSend(const ReportRow& row, int code);
@@ -137,6 +161,10 @@ class CMainWnd : public CItfWnd
     CDialogSlotOf<CScenSelDlg> m_pScenSelDlg;
     CDialogSlotOf<CScenBriefDlg> m_pScenBriefDlg;
     CDialogSlotOf<CMainDlg> m_pMainDlg;
+    CDialogSlotOf<CScStatusDlg> m_pScStatusDlg;
+    CDialogSlotOf<CCreditsDlg> m_pCreditsDlg;
+    CDialogSlotOf<CHelpDlg> m_pHelpDlg;
+    CDialogSlotOf<CEndGameDlg> m_pEndGameDlg;
     ItfCommand m_Command;
     ItfOptions m_Options = {};
     int m_nBtnFont = -1;
@@ -147,6 +175,9 @@ template <class Dialog, class Make, class... Arguments>
 Dialog* CMainWnd::OpenMade(CDialogSlotOf<Dialog>& slot, const OpeningRow& row, Make make,
                            Arguments... arguments)
 {
+    // What led here may have closed everything: a dialog without the top window would be dead.
+    if (m_nId == -1)
+        return nullptr;
     if ((row.start & START_CLOSES_MAIN) != 0)
         ShowMainDlg(false);
     if (slot.IsOpen())
@@ -154,7 +185,16 @@ Dialog* CMainWnd::OpenMade(CDialogSlotOf<Dialog>& slot, const OpeningRow& row, M
     slot.Put(make());
     if ((row.start & START_SWITCH_OFF) != 0)
         SetDrawing(false);
-    if (!slot->Create(row.windowName, nullptr, nullptr, this, row.id, IWS_SHADE, m_pCore, arguments...)) {
+    bool created = false;
+    try {
+        created =
+            slot->Create(row.windowName, nullptr, nullptr, this, row.id, IWS_SHADE, m_pCore, arguments...);
+    } catch (...) {
+        slot.Close();
+        FailOpeningQuietly(row);
+        throw;
+    }
+    if (!created) {
         slot.Close();
         FailOpening(row);
         return nullptr;

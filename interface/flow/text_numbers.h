@@ -8,6 +8,8 @@
 #define SEAWARDEN_TEXT_NUMBERS(TEXT) \
     TEXT(TEXT_WATERS_OTHER, 11) \
     TEXT(TEXT_WATERS_SEA, 12) \
+    TEXT(TEXT_WON, 13) \
+    TEXT(TEXT_LOST, 14) \
     TEXT(TEXT_LEAVE_QUESTION, 16) \
     TEXT(TEXT_DIFFICULTY, 25) /* the easiest; the two others follow */ \
     TEXT(TEXT_DIFFICULTY_NORMAL, 26) \
@@ -24,7 +26,12 @@
     TEXT(TEXT_HOME, 12212) \
     TEXT(TEXT_PLAYER_FOLDER, 12213) \
     TEXT(TEXT_GAME_FOLDER, 12214) \
+    TEXT(TEXT_TIME_DAYS, 12250) /* with a %d for the days, one for the hours and one for the minutes */ \
+    TEXT(TEXT_TIME_HOURS, 12251) /* hours and minutes */ \
+    TEXT(TEXT_TIME_MINUTES, 12252) \
     TEXT(TEXT_IMPORT_TITLE, 12302) \
+    TEXT(TEXT_TO_CAMPAIGN, 13112) \
+    TEXT(TEXT_TO_LOBBY, 13113) \
     TEXT(TEXT_LEAVE_CAPTION, 13150)
 // clang-format on
 

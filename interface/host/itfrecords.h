@@ -107,6 +107,17 @@ static_assert(offsetof(ItfCommand, bBriefFlag) == 24 && offsetof(ItfCommand, szP
 static_assert(offsetof(ItfEvent, value2) == 12 && offsetof(ItfEvent, text) == 16);
 static_assert(offsetof(ItfEvent, object) == 0x114);
 
+/// What EVENT_SCENARIO_STATUS points to.
+struct ItfScenarioStatus {
+    char szPath[0x128];     ///< of the scenario file, NUL-terminated
+    std::int32_t nPercentA; ///< how far the first side has come
+    std::uint8_t reserved0[0x14];
+    std::int32_t nPercentB;
+};
+static_assert(sizeof(ItfScenarioStatus) == 0x144);
+static_assert(offsetof(ItfScenarioStatus, nPercentA) == 0x128);
+static_assert(offsetof(ItfScenarioStatus, nPercentB) == 0x140);
+
 /// The options record of the entity "graphics", 64 bytes.
 struct ItfOptions {
     std::int32_t nWidth;

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <new>
+#include <string>
 
 #include "controls/itfprogress.h"
+#include "flow/valuebox.h"
 #include "iengine.h"
 #include "ientities.h"
 #include "ilogic.h"
@@ -18,6 +20,9 @@ constexpr RECT PROGRESS_RECT = {265, 486, 536, 509};
 /// Values of IEngine::SetTimerRate while the front end is up, and afterwards.
 constexpr int TIMER_RATE_INTERFACE = 2;
 constexpr int TIMER_RATE_DEFAULT = 100;
+
+/// However long the host was away, a frame is no longer than this for the windows, in milliseconds.
+constexpr Word LONGEST_FRAME = 60'000;
 
 /// Dialogs over a running battle: they leave its display mode alone.
 constexpr int BATTLE_EVENTS[] = {
@@ -67,6 +72,8 @@ CInterface::CInterface() = default;
 
 CInterface::~CInterface()
 {
+    m_mainWnd.CloseAllDialogs();
+    TellLeftWindows();
     OnCloseAll(nullptr, 0, 0);
     if (m_pCore != nullptr)
         m_pCore->SetTimerRate(TIMER_RATE_DEFAULT);
@@ -136,7 +143,7 @@ void CInterface::TellScene(bool interfaceUp)
 Word CInterface::OnFrame(Word elapsed, Word)
 {
     CItfWnd::DeliverPosted();
-    CItfWnd::TickAll(static_cast<int>(elapsed));
+    CItfWnd::TickAll(static_cast<int>(std::clamp<Word>(elapsed, 0, LONGEST_FRAME)));
     m_mainWnd.Present(false);
     return 0;
 }
@@ -200,28 +207,33 @@ Word CInterface::OnStart(const void* data, int, int)
     if (m_pCore == nullptr || event == nullptr)
         return 0;
     ChooseDisplayMode(event->code);
-    // A second start finds the window there already.
-    if (m_mainWnd.GetId() == -1 && !m_mainWnd.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, m_pCore))
-        return 0;
-    m_mainWnd.InitFirstTime();
-    m_mainWnd.SetLargeDisplay(m_bLargeDisplay);
-    CItfWnd::SetDrawing(true);
-    m_mainWnd.Show(true);
-    m_mainWnd.Invalidate(nullptr);
-    RunEvent(*event);
+    if (OpenMainWnd(true))
+        RunEvent(*event);
     return 0;
 }
 
-// An event may come after everything was closed: the top window is made once more for it.
-bool CInterface::EnsureMainWnd()
+// For a start, and for an event that comes after everything was closed. A second start finds the window there
+// already, with dialogs that may be hidden under others and stay so.
+bool CInterface::OpenMainWnd(bool readNames)
 {
-    if (m_mainWnd.GetId() != -1)
-        return true;
-    if (m_pCore == nullptr || !m_mainWnd.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, m_pCore))
+    const bool made = m_mainWnd.GetId() == -1;
+    if (made && (m_pCore == nullptr || !m_mainWnd.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, m_pCore)))
         return false;
-    if (Toolkit().textTable == nullptr)
-        m_mainWnd.InitFirstTime();
-    m_mainWnd.Show(true);
+    try {
+        if (readNames || Toolkit().textTable == nullptr)
+            m_mainWnd.InitFirstTime();
+    } catch (...) {
+        // Without names it would be there and show nothing; the next event tries again.
+        if (made)
+            m_mainWnd.Destroy();
+        throw;
+    }
+    m_mainWnd.SetLargeDisplay(m_bLargeDisplay);
+    m_mainWnd.KeepLastFrame(); // the battle stays to be seen beside a small dialog
+    CItfWnd::SetDrawing(true);
+    if (made)
+        m_mainWnd.Show(true);
+    m_mainWnd.Invalidate(nullptr);
     return true;
 }
 
@@ -249,6 +261,20 @@ Word CInterface::OnCloseAll(const void*, int, int)
     // Dialogs without a window would look open to what comes next.
     m_mainWnd.CloseAllDialogs();
     return 0;
+}
+
+// Behind the closing of all dialogs only boxes, which nobody owns, are still there below the top window. Any
+// other window is one that its owner has forgotten.
+void CInterface::TellLeftWindows() const
+{
+    for (const WindowEntry& entry : Toolkit().windows) {
+        const CItfWnd* wnd = entry.wnd;
+        while (wnd->GetParent() != nullptr && wnd->GetParent() != &m_mainWnd)
+            wnd = wnd->GetParent();
+        if (wnd->GetParent() == &m_mainWnd && dynamic_cast<const CValueBox*>(wnd) == nullptr)
+            OutputDebugStringA(
+                ("Interface: window " + std::to_string(entry.id) + " is left over\r\n").c_str());
+    }
 }
 
 Word CInterface::OnProgressOpen(const void*, int, int)

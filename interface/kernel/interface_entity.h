@@ -42,8 +42,9 @@ class CInterface : public Entity
     Word OnProgressSet(const void* data, int extra, int sender);
 
     void ChooseDisplayMode(int code);
-    bool EnsureMainWnd();
+    bool OpenMainWnd(bool readNames);
     void TellScene(bool interfaceUp);
+    void TellLeftWindows() const;
     Word OnMouse(std::uint32_t msg, std::uint32_t wParam, std::int32_t lParam);
 
     // The event switch: flow/events.cpp.
@@ -56,10 +57,13 @@ class CInterface : public Entity
     Word RunEvent(const ItfEvent& event);
     Word EventMainMenu(const ItfEvent& event);
     Word EventVideo(const ItfEvent& event);
+    Word EventScenarioStatus(const ItfEvent& event);
+    Word EventHelp(const ItfEvent& event);
     Word EventMessage(const ItfEvent& event);
     Word EventMissionBrief(const ItfEvent& event);
     Word EventLeaveBattle(const ItfEvent& event);
     Word EventMenuWithMessage(const ItfEvent& event);
+    Word EventEndGame(const ItfEvent& event);
     Word EventMessageBox(const ItfEvent& event);
     Word EventFullDisplay(const ItfEvent& event);
 

@@ -64,7 +64,8 @@ class CItfDialog : public CItfWnd
     /// Whether the section gives a control of that kind and id. kind: ItfControlKind, a check box being a
     /// button.
     bool HasControl(int kind, int id) const;
-    /// The text of the text box with that id; nothing when the section gives none. Doesn't repaint.
+    /// The text of the text box with that id, null for none; nothing when the section gives no such box.
+    /// Doesn't repaint.
     void SetBoxText(int id, const char* text);
     /// The same, and repaints the box.
     void ShowBoxText(int id, const char* text);

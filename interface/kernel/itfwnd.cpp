@@ -548,21 +548,35 @@ void CItfWnd::SetFullDisplay()
     Present(true);
 }
 
-void CItfWnd::Shade()
+bool CItfWnd::Shade()
 {
     PlaySound("itfShade");
     if ((m_dwStyle & IWS_SHADE) == 0)
-        return;
+        return false;
     // In the shader's own units of time.
     constexpr int shadeTime = 1000;
     const int shader = m_pCore->CreateEntity("shader", 3, 0);
     if (shader < 0)
-        return;
+        return false;
     SetDrawing(false);
-    m_pRender2D->Blit(0, Toolkit().screenSurface, DISPLAY_NOW, nullptr, &Toolkit().virtualScreen, false);
+    KeepLastFrame();
     const int interfaceId = m_pCore->FindEntity("interface", nullptr);
     m_pCore->SendMessage(MSG_SHADE_START, shader, 0, "llllll", -1, 0, shadeTime, interfaceId,
                          static_cast<int>(MSG_ITF_SHADE_DONE), -1);
+    return true;
+}
+
+void CItfWnd::ShadeOrPaint()
+{
+    if (Shade())
+        return;
+    SetDrawing(true);
+    Invalidate(nullptr);
+}
+
+void CItfWnd::KeepLastFrame()
+{
+    m_pRender2D->Blit(0, Toolkit().screenSurface, DISPLAY_NOW, nullptr, &Toolkit().virtualScreen, false);
 }
 
 void CItfWnd::PaintFullScreen(const char* sprite)

@@ -191,7 +191,12 @@ class CItfWnd
     /// The virtual screen becomes the whole display.
     void SetFullDisplay();
     /// The sound and, with IWS_SHADE, the effect that ends in MSG_ITF_SHADE_DONE; drawing is off until then.
-    void Shade();
+    /// False without the effect: drawing stays as it is.
+    bool Shade();
+    /// The same; without the effect drawing goes on at once and the window is painted.
+    void ShadeOrPaint();
+    /// Copies what the display shows now onto the screen surface.
+    void KeepLastFrame();
     /// Stretches the sprite over the screen surface.
     void PaintFullScreen(const char* sprite);
 

@@ -24,7 +24,10 @@
     SPRITE(SPRITE_HOR_BAR_DOWN_ACTIVE, "itfScHorArrDownA") \
     SPRITE(SPRITE_HIGHLIGHT, "itfTrans137") \
     SPRITE(SPRITE_PROGRESS_EMPTY, "ItfProgressEmpty") \
-    SPRITE(SPRITE_PROGRESS_FULL, "ItfProgressFull")
+    SPRITE(SPRITE_PROGRESS_FULL, "ItfProgressFull") \
+    SPRITE(SPRITE_HELP_BATTLE, "itfHelpIcons") \
+    SPRITE(SPRITE_HELP_DIALOGS, "itfHelpItf1") \
+    SPRITE(SPRITE_DEFEAT, "itfLoseArt")
 
 #define SEAWARDEN_OWN_FONTS(FONT) \
     FONT(FONT_BUTTON, "itfBtnFont") \
@@ -34,7 +37,8 @@
     FONT(FONT_NOTE, "itfListFont1") \
     FONT(FONT_MENU, "itfMenuFont") \
     FONT(FONT_MENU_ACTIVE, "itfMenuFontA") \
-    FONT(FONT_MENU_DISABLED, "itfMenuFontDis")
+    FONT(FONT_MENU_DISABLED, "itfMenuFontDis") \
+    FONT(FONT_MAIN, "itfMainFont")
 // clang-format on
 
 #define SEAWARDEN_NAME_CONSTANT(constant, name) inline constexpr char constant[] = name;

@@ -16,7 +16,6 @@
 namespace
 {
 
-constexpr int FLAG_FILE_BUFFER = 260;
 constexpr int DIFFICULTIES = 3;
 /// Which items the lists ask the parser for.
 constexpr int LISTED_ITEMS = SCENARIO_SHIP;
@@ -92,25 +91,15 @@ void CScenBriefDlg::SetSideName(int control, int text, bool custom, const CObjGU
 
 void CScenBriefDlg::SetFlags()
 {
-    if (GetControlAs<CItfFlagBox>(IDC_FLAG_A) == nullptr || GetControlAs<CItfFlagBox>(IDC_FLAG_B) == nullptr)
+    auto* flagA = GetControlAs<CItfFlagBox>(IDC_FLAG_A);
+    auto* flagB = GetControlAs<CItfFlagBox>(IDC_FLAG_B);
+    if (flagA == nullptr || flagB == nullptr)
         return;
     const CUSTOM_RESOURCE_DATA& custom = *GetCustomResourceData();
     const SCSETT_STRUCT& settings = *GetScSettings();
-    SetSideFlag(IDC_FLAG_A, settings.nSideANation, custom.bCustomA != 0, custom.guidA);
-    SetSideFlag(IDC_FLAG_B, settings.nSideBNation, custom.bCustomB != 0, custom.guidB);
-}
-
-void CScenBriefDlg::SetSideFlag(int control, int nation, bool custom, const CObjGUID& guid)
-{
-    auto* flag = GetControlAs<CItfFlagBox>(control);
-    if (!custom) {
-        flag->SetFlag(nation, 0, GetHeader()->nFlagExtra);
-        return;
-    }
-    char file[FLAG_FILE_BUFFER] = {};
-    const int index = m_pResources != nullptr ? m_pResources->Find(&guid) : -1;
-    const bool known = index >= 0 && m_pResources->GetFlagFile(index, 0, file, sizeof file);
-    flag->SetFlagFile(known ? file : TEXTURE_WHITE_FLAG);
+    const int year = GetHeader()->nFlagExtra;
+    ShowScenarioFlag(*flagA, settings.nSideANation, custom.bCustomA != 0, custom.guidA, year, m_pResources);
+    ShowScenarioFlag(*flagB, settings.nSideBNation, custom.bCustomB != 0, custom.guidB, year, m_pResources);
 }
 
 void CScenBriefDlg::FillShips()

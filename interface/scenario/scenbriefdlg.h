@@ -60,7 +60,6 @@ class CScenBriefDlg : public CItfDialog, public CScenarioParser
     void FillFromScenario();
     void SetSideName(int control, int text, bool custom, const CObjGUID& guid);
     void SetFlags();
-    void SetSideFlag(int control, int nation, bool custom, const CObjGUID& guid);
     void FillShips();
     void AddShip(int side, const char* name, const std::string* numbers);
     void TakeChoices();

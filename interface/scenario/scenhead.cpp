@@ -2,17 +2,20 @@
 
 #include <array>
 
+#include "controls/itfflagbox.h"
 #include "iengine.h"
 #include "itfrecords.h"
 #include "keelworks/ds_file.h"
 #include "keelworks/scenario_parser.h"
 #include "kernel/itfwnd.h"
+#include "kernel/own_names.h"
 
 namespace
 {
 
 constexpr char UNKNOWN_NAME[] = "?";
 constexpr int NAME_BUFFER = 260;
+constexpr int FLAG_FILE_BUFFER = 260;
 
 // Reads zero-terminated texts one behind the other, in pieces.
 class CTextReader
@@ -99,6 +102,19 @@ std::string ScenarioSideName(int nation, bool custom, const CObjGUID& guid, ICus
     char name[NAME_BUFFER] = {};
     const int index = resources != nullptr ? resources->Find(&guid) : -1;
     return index >= 0 && resources->GetName(index, name, sizeof name) ? name : UNKNOWN_NAME;
+}
+
+void ShowScenarioFlag(CItfFlagBox& box, int nation, bool custom, const CObjGUID& guid, int extra,
+                      ICustomResources* resources)
+{
+    if (!custom) {
+        box.SetFlag(nation, 0, extra);
+        return;
+    }
+    char file[FLAG_FILE_BUFFER] = {};
+    const int index = resources != nullptr ? resources->Find(&guid) : -1;
+    const bool known = index >= 0 && resources->GetFlagFile(index, 0, file, sizeof file);
+    box.SetFlagFile(known ? file : TEXTURE_WHITE_FLAG);
 }
 
 ICustomResources* GetCustomResources(IEngine* core)

@@ -6,6 +6,7 @@
 #include "ilogic.h"
 #include "keelworks/scenario.h"
 
+class CItfFlagBox;
 class IEngine;
 
 inline constexpr char SCENARIO_FOLDER[] = "scenarios\\";
@@ -27,6 +28,11 @@ bool HasWholeScenarioHead(const char* path);
 /// The name of a side: the text of that number, or a custom nation's name; "?" when there is none. resources
 /// may be null.
 std::string ScenarioSideName(int nation, bool custom, const CObjGUID& guid, ICustomResources* resources);
+
+/// The side's flag: that of its number, with the year where the caller has one (0 leaves the box's own), or
+/// a custom nation's. A custom nation that isn't known has the white flag. resources may be null.
+void ShowScenarioFlag(CItfFlagBox& box, int nation, bool custom, const CObjGUID& guid, int extra,
+                      ICustomResources* resources);
 
 /// What the logic hands out; null when it has none.
 ICustomResources* GetCustomResources(IEngine* core);

@@ -195,7 +195,7 @@ void CScenSelDlg::OpenImport()
             m_pFileDlg->AddFilter("f1", IMPORT_EXTENSION);
             m_pFileDlg->SetFilter(0);
             m_pFileDlg->Show(true);
-            m_pFileDlg->Shade();
+            m_pFileDlg->ShadeOrPaint();
         } else {
             giveUp();
         }
@@ -218,7 +218,7 @@ void CScenSelDlg::OnFileDialog(int result)
     SetDrawing(false);
     m_pFileDlg.reset();
     Show(true);
-    Shade();
+    ShadeOrPaint();
 }
 
 void CScenSelDlg::Import(const char* path)

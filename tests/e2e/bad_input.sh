@@ -116,5 +116,8 @@ leave="${yes}key space\nuntil quit\n"
 without "no closing pictures" images/pic 0 '' "${yes}until quit\n"
 without "no clip" video/seawardenintro.ani 0 'there is no clip' "item MainDlg 10 8\nframes 20\n$leave"
 without "no picture of the clip" images/intro/card.png 0 'card.png' "item MainDlg 10 8\nframes 40\nkey a\nframes 5\n$leave"
-without "no sprite" images/itf/btup.png 1 'btup.png' "$leave"
+# What fails in the middle of a run is told, and the menu comes back.
+again='until failure interface\nuntil event code=0\nuntil send 0x3aa2\nframes 3\nquit\n'
+without "no sprite" images/itf/btup.png 0 'btup.png' "item MainDlg 10 10\n$again"
+without "no credits" txt_res/itfCredits.txt 0 'itfCredits.txt' "item MainDlg 10 7\n$again"
 exit $failed

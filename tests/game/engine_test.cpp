@@ -14,7 +14,6 @@
 #include "engine/message_text.h"
 #include "engine/trace.h"
 #include "engine/world.h"
-#include "entities/battle_logic.h"
 #include "entities/camera.h"
 #include "entities/marker.h"
 #include "entities/shader.h"
@@ -265,6 +264,38 @@ TEST_F(EngineTest, AnExceptionOutOfAnEntityIsToldAndEndsTheRun)
     }
 }
 
+TEST_F(EngineTest, WithoutTheEntityThatFailedTheRunGoesOn)
+{
+    CProbe* failing = nullptr;
+    const int id = Add("interface", failing);
+    CProbe* other = nullptr;
+    const int otherId = Add("other", other);
+    std::string told;
+    world.onFailure = [&](int entity, const std::string& what, const std::string& error) {
+        EXPECT_NE(world.GetEntity(entity), nullptr);
+        told = what + "|" + error;
+        return entity == id;
+    };
+    failing->onMessage = [&](const MessageRecord*) -> Word {
+        world.Root().PostMessage(7, otherId, 0, nullptr);
+        throw std::runtime_error("no file");
+    };
+    int heard = 0;
+    other->onMessage = [&](const MessageRecord* record) {
+        heard += record->message == 7 ? 1 : 0;
+        return record->message == 7 ? Word{0} : world.Root().SendMessage(1, id, 0, nullptr) + 5;
+    };
+    EXPECT_EQ(world.Root().SendMessage(2, otherId, 0, nullptr), 5);
+    EXPECT_EQ(told, "send 0x1 to=interface|no file");
+    EXPECT_FALSE(world.Failed());
+    EXPECT_EQ(world.GetEntity(id), nullptr);
+    world.DeliverPosted();
+    EXPECT_EQ(heard, 0) << "what it had posted is gone with it";
+    other->onMessage = [](const MessageRecord*) -> Word { throw 1; };
+    world.Root().SendMessage(2, otherId, 0, nullptr);
+    EXPECT_TRUE(world.Failed()) << "nobody goes on without this one";
+}
+
 TEST_F(EngineTest, TheTraceTellsEventsCommandsAndValuesButNoAddress)
 {
     CProbe* probe = nullptr;
@@ -332,11 +363,6 @@ TEST_F(EngineTest, TheScenesEntitiesHearWhatTheFrontEndTells)
         root.SendMessage(on ? MSG_CAMERA_UI_ON : MSG_CAMERA_UI_OFF, cameraId, 0, nullptr);
         EXPECT_EQ(camera->IsHeld(), on);
     }
-    auto* logic = new CBattleLogicEntity;
-    const int logicId = world.AddEntity(root, "logic", "logic", std::unique_ptr<Entity>(logic));
-    EXPECT_FALSE(logic->IsStopped());
-    root.SendMessage(MSG_LOGIC_STOP, logicId, -1, nullptr);
-    EXPECT_TRUE(logic->IsStopped());
     CMarkerEntity marker;
     IMarkerEntity& asked = marker;
     for (const int on : {1, 0}) {

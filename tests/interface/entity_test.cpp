@@ -252,6 +252,12 @@ TEST_F(InterfaceTest, BrokenNameFileLeavesTheHandlerAsTheIntegerOne)
     EXPECT_NE(debug[0].find("itfnames.ini(2)"), std::string::npos) << debug[0];
     EXPECT_EQ(debug[1], "Interface: first time init failed. Error code: 1\r\n");
     EXPECT_TRUE(Toolkit().spriteMap.empty()) << "nothing half read";
+    EXPECT_TRUE(Toolkit().windows.empty());
+    // The next event finds everything as the first start should have left it.
+    std::filesystem::remove(userFolder / "resource/txt_res/itfnames.ini");
+    SendEvent({.code = 99});
+    EXPECT_FALSE(Toolkit().spriteMap.empty());
+    EXPECT_TRUE(CItfWnd::IsDrawing() && Toolkit().windows.at(0).wnd->IsVisible());
 }
 
 } // namespace

@@ -97,15 +97,6 @@ TEST_F(FlowTest, EventZeroOpensTheMenuWithTheShade)
     EXPECT_EQ(Toolkit().windows.size(), 4u) << "the old dialog, its menu and its version line are gone";
 }
 
-TEST_F(FlowTest, WithoutShaderOrSceneTheMenuIsThereAtOnce)
-{
-    engine.refused.insert("shader");
-    Start(EVENT_MAIN_MENU);
-    EXPECT_TRUE(CItfWnd::IsDrawing());
-    EXPECT_NE(Find<CMainDlg>(), nullptr);
-    EXPECT_EQ(Find<CVersionText>()->GetCaption().substr(0, 9), "text 116:");
-}
-
 TEST_F(FlowTest, TheHiddenCodeIsASlidingWindow)
 {
     Menu();
@@ -308,7 +299,9 @@ TEST_F(FlowTest, EventsAfterEverythingWasClosed)
     Menu();
     Send(MSG_ITF_CLOSE_ALL);
     ASSERT_TRUE(Toolkit().windows.empty());
+    CItfWnd::SetDrawing(false);
     SendEvent({.code = EVENT_VIDEO});
+    EXPECT_TRUE(CItfWnd::IsDrawing()) << "as after a start";
     SendEvent({.code = EVENT_MISSION_BRIEF});
     EXPECT_EQ(Commands().size(), 2u) << "the logic waits for neither";
     SendEvent({.code = EVENT_MAIN_MENU});
@@ -320,16 +313,6 @@ TEST_F(FlowTest, EventsAfterEverythingWasClosed)
     DropUi();
     for (const FontEntry& font : Toolkit().fonts)
         EXPECT_EQ(font.refs, 0) << font.name;
-}
-
-TEST_F(FlowTest, ABoxIsSeenWhateverTurnedDrawingOff)
-{
-    Menu();
-    SendEvent({.code = EVENT_MISSION_BRIEF});
-    ASSERT_FALSE(CItfWnd::IsDrawing());
-    SendEvent({.code = EVENT_MESSAGE, .value1 = 5});
-    Answer(CValueBox::IDC_FIRST);
-    EXPECT_EQ(CountBoxes(), 0u);
 }
 
 TEST_F(FlowTest, ABoxMayGoInTheHandlerOfTheFocusItTakes)
@@ -450,37 +433,6 @@ TEST_F(FlowTest, EditBoxAnswersAndStays)
     EXPECT_EQ(CItfWnd::GetModalId(), -1);
 }
 
-// The boxes need none of their controls; the main dialog needs its menu.
-TEST_F(FlowTest, MissingControls)
-{
-    WriteDialogs("MessageBoxDlg { DIALOG, \"\", 0, 0, 9, 9 } MessageBoxYesNoDlg { DIALOG, \"\", 0, 0, 9, 9 }"
-                 " EditBoxDlg { DIALOG, \"\", 0, 0, 9, 9 } MainDlg { DIALOG, \"\", 0, 0, 9, 9 }");
-    Start(99);
-    for (const std::uint32_t style : {0u, 0x8000000u, 0x10000000u, 0x20000000u}) {
-        SendEvent({.code = EVENT_MESSAGE});
-        CItfWnd::FindWindow(0)->MessageBox("a", nullptr, nullptr, 0, style)->Destroy();
-        Find<CValueBox>()->Destroy();
-    }
-    CEditBoxDlg edit;
-    ASSERT_TRUE(edit.Create(nullptr, nullptr, 0, 0, &engine));
-    EXPECT_EQ(edit.GetValue(), nullptr);
-    edit.SetValue("x");
-    edit.Destroy();
-    EXPECT_THROW(SendEvent({.code = EVENT_MAIN_MENU}), int);
-    EXPECT_EQ(TakeDebug(), std::vector<std::string>{
-                               "resource\\txt_res\\itfdlg.ini: [MainDlg] lacks the required control 10\r\n"});
-}
-
-TEST_F(FlowTest, ABoxWhoseSectionIsBrokenLeavesNothing)
-{
-    WriteDialogs("MessageBoxDlg { DIALOG, \"\", 0, 0, 9, 9, TEXTBOX, oops }");
-    Start(99);
-    EXPECT_THROW(SendEvent({.code = EVENT_MESSAGE}), int);
-    EXPECT_EQ(CountBoxes(), 0u);
-    EXPECT_EQ(CItfWnd::GetModalId(), -1);
-    EXPECT_EQ(TakeDebug().size(), 2u);
-}
-
 // Dialogs of its own for the rules that rows can give.
 class TestDialog : public CItfDialog
 {
@@ -575,7 +527,7 @@ TEST_F(OpeningTest, OpensOnceWithItsRowsRules)
 
     CItfWnd::SetDrawing(true);
     const OpeningRow plain = {
-        901, "Plain", 0, {OpeningStep::Show, OpeningStep::RedrawTop}, OpeningFailure::Resume};
+        901, "Plain", 0, {OpeningStep::Show, OpeningStep::RedrawTop}, OpeningFailure::SwitchOnResume};
     TestDialog::s_bSucceeds = false;
     EXPECT_EQ(wnd.Open(wnd.second, plain, 0), nullptr);
     EXPECT_EQ(Commands(), std::vector<int>{CMD_RESUME});

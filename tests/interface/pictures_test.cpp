@@ -2,12 +2,16 @@
 // a wanted change of the looks, UPDATE_PICTURES=1 in the environment writes the references anew; look at them
 // before they go in.
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <cstring>
 
 #include "controls/itfbutton.h"
 #include "controls/itfeditbox.h"
 #include "controls/itfmenu.h"
 #include "flow/editboxdlg.h"
+#include "flow/endgamedlg.h"
 #include "flow/flow.h"
 #include "flow/maindlg.h"
 #include "flow/valuebox.h"
@@ -45,7 +49,15 @@ class PicturesTest : public ToolkitTest
             SavePng(path, picture.m_aPixels.data(), picture.m_nWidth, picture.m_nHeight);
         EXPECT_TRUE(SameAsReference(name, picture, path));
     }
+    void UseShippedTexts()
+    {
+        ASSERT_TRUE(m_Texts.Load("resource\\txt_res\\texts.ini"));
+        Toolkit().textTable = &m_Texts;
+    }
     CItfWnd& Top() { return *CItfWnd::FindWindow(0); }
+
+  private:
+    CTextTable m_Texts;
 };
 
 TEST_F(PicturesTest, MainMenu)
@@ -120,9 +132,7 @@ TEST_F(PicturesTest, EditBox)
 // The list of the shipped scenarios, the choice of a file in a folder of the player's, and a briefing.
 TEST_F(PicturesTest, TheWayToAScenario)
 {
-    CTextTable texts;
-    ASSERT_TRUE(texts.Load("resource\\txt_res\\texts.ini"));
-    Toolkit().textTable = &texts;
+    UseShippedTexts();
     CItfWnd::PostTo(0, ITFM_COMMAND, DLG_MAIN, MENU_SCENARIO);
     Frame();
     CItfWnd::SetDrawing(true);
@@ -153,7 +163,59 @@ TEST_F(PicturesTest, TheWayToAScenario)
     Frame();
     Check("briefing");
     brief.Destroy();
-    Toolkit().textTable = &engine.textTable;
+}
+
+// What comes over a battle and at its end, the statistics being those of a network game.
+TEST_F(PicturesTest, TheWayOutOfABattle)
+{
+    UseShippedTexts();
+    FakeEngine scene;
+    FakeGame game;
+    FakeGameState state;
+    scene.AddEntity("game", "game", &game);
+    engine.currentScene = &scene;
+    engine.gameState = &state;
+    std::strcpy(state.scenario.szTitle, "The Grey Road");
+    ItfScenarioStatus status = {};
+    std::strcpy(status.szPath, "scenarios\\grey_road.sc");
+    status.nPercentA = 100;
+    status.nPercentB = 37;
+    const auto open = [&](int code, int value, void* object, const char* picture) {
+        Send(MSG_ITF_CLOSE_ALL);
+        ItfEvent event;
+        event.code = code;
+        event.value2 = value;
+        event.object = object;
+        SendEvent(event);
+        CItfWnd::SetDrawing(true);
+        CItfWnd::RedrawAll();
+        Frame();
+        if (picture != nullptr)
+            Check(picture);
+    };
+    open(EVENT_SCENARIO_STATUS, 0, &status, "status");
+    open(EVENT_HELP, 0, nullptr, "help");
+    game.winner = 1;
+    open(EVENT_END_GAME, 0, nullptr, "defeat");
+    game.winner = 0;
+    game.players = {{"Captain Hollis", "Lady Annis"}, {"Commodore Aldersey"}, {}};
+    std::copy_n(std::array{1, 4, 30}.data(), 3, game.time);
+    open(EVENT_END_GAME, 1, nullptr, "victory");
+    engine.net.networkGame = true;
+    open(EVENT_END_GAME, 1, nullptr, nullptr);
+    for (const WindowEntry& entry : Toolkit().windows) {
+        if (auto* end = dynamic_cast<CEndGameDlg*>(entry.wnd)) {
+            CItfWnd::SendTo(end->GetId(), ITFM_NOTIFY, NOTIFY_CLICKED, CEndGameDlg::IDC_STATISTICS);
+            break;
+        }
+    }
+    CItfWnd::SetDrawing(true);
+    CItfWnd::RedrawAll();
+    Frame();
+    Check("network_statistics");
+    Send(MSG_ITF_CLOSE_ALL);
+    engine.currentScene = nullptr;
+    engine.gameState = nullptr;
 }
 
 TEST_F(PicturesTest, DisabledAndPressedButtons)

@@ -542,49 +542,4 @@ TEST_F(ScenarioTest, AnImportWithoutItsFileDialogLeavesTheListUsable)
     EXPECT_NE(dialog->GetSelectedFile(), nullptr);
 }
 
-// Both dialogs without any control that they can do without.
-TEST_F(ScenarioTest, MissingControls)
-{
-    const auto waysOut = [](const std::vector<int>& ids) {
-        std::string section = " ScenBriefDlg { DIALOG, \"\", 0, 0, 9, 9";
-        for (const int id : ids)
-            section +=
-                ", BUTTON, \"\" \"\" \"\" \"\" \"\", " + std::to_string(id) + ", 0, 0, 9, 9, 0, 0, 9, 9";
-        return section + " }";
-    };
-    WriteDialogs("MainDlg { DIALOG, \"\", 0, 0, 9, 9, MENU, \"\" \"\" \"\", \"\", 10, 0, 0, 9, 9 }"
-                 " ScenSelDlg { DIALOG, \"\", 0, 0, 9, 9 }" +
-                 waysOut({20, 30, 170}));
-    Menu();
-    Choose(MENU_SCENARIO);
-    auto* dialog = Find<CScenSelDlg>();
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(dialog->GetSelectedFile(), nullptr);
-    CItfWnd::SendTo(dialog->GetId(), ITFM_NOTIFY, NOTIFY_CLICKED, CScenSelDlg::IDC_TAKE);
-    CItfWnd::SendTo(dialog->GetId(), ITFM_NOTIFY, NOTIFY_CLICKED, CScenSelDlg::IDC_CLOSE);
-    EXPECT_EQ(Find<CScenSelDlg>(), nullptr);
-
-    CMainWnd& top = *Find<CMainWnd>();
-    WIN32_FIND_DATAA found;
-    const HANDLE search = FindFirstFileA("scenarios\\*.sc", &found);
-    ASSERT_NE(search, INVALID_HANDLE_VALUE);
-    FindClose(search);
-    const std::string path = std::string(SCENARIO_FOLDER) + found.cFileName;
-    top.ShowScenBriefDlg(path.c_str());
-    auto* brief = Find<CScenBriefDlg>();
-    ASSERT_NE(brief, nullptr);
-    for (const int id : {90, 100, 180, 200, 140})
-        CItfWnd::SendTo(brief->GetId(), ITFM_NOTIFY, NOTIFY_CLICKED, id);
-    CItfWnd::SendTo(brief->GetId(), ITFM_NOTIFY, NOTIFY_CLICKED, CScenBriefDlg::IDC_START);
-    EXPECT_EQ(top.GetCommand().nNotSideA + top.GetCommand().nNotSideB + top.GetCommand().nSide, 0);
-    EXPECT_EQ(top.GetCommand().nDifficulty, 1) << "one down and one up";
-
-    for (const std::vector<int>& ids : {std::vector{30, 170}, {20, 170}, {20, 30}}) {
-        WriteDialogs(waysOut(ids));
-        CScenBriefDlg locked;
-        EXPECT_THROW(locked.Create("", nullptr, nullptr, nullptr, 1, 0, &engine, path.c_str()), int);
-        EXPECT_EQ(TakeDebug().size(), 1u) << "which control it lacks";
-    }
-}
-
 } // namespace

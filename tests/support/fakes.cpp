@@ -129,6 +129,40 @@ void FakeEngine::SetDisplaySize(int width, int height)
     viewport.rc = {0, 0, width, height};
 }
 
+void FakeGame::GetSideStats(int side, ItfSideStats* out)
+{
+    *out = {};
+    const int factor = 10 * (side + 1);
+    out->nUnits = factor;
+    out->nLost = 2 * factor;
+    out->nSunk = 3 * factor;
+    out->nRounds = 4 * factor;
+    out->nHits = 5 * factor;
+    out->nPoints = 6 * factor;
+}
+
+int FakeGame::GetPlayerCount(int side)
+{
+    return static_cast<int>(players.at(static_cast<std::size_t>(side)).size());
+}
+
+ItfPlayerStats* FakeGame::GetPlayer(int side, int index)
+{
+    if (static_cast<std::size_t>(side) >= players.size() || index >= GetPlayerCount(side))
+        return nullptr;
+    const char* name = players[static_cast<std::size_t>(side)][static_cast<std::size_t>(index)];
+    const int factor = index + 1;
+    m_Player = {};
+    m_Player.szName = name;
+    m_Player.nUnits = factor;
+    m_Player.nLost = 2 * factor;
+    m_Player.nSunk = 3 * factor;
+    m_Player.nRounds = 4 * factor;
+    m_Player.nHits = 5 * factor;
+    m_Player.nPoints = 6 * factor;
+    return name != nullptr ? &m_Player : nullptr;
+}
+
 void* FakeEngine::GetSubsystem(int id, int kind)
 {
     if (kind != 0)
@@ -269,7 +303,9 @@ Word FakeEngine::DefaultAnswer(const Sent& sent)
     case MSG_GET_PROFILE:
         return reinterpret_cast<Word>(static_cast<IProfileStore*>(&profile));
     case MSG_GET_NET:
-        return reinterpret_cast<Word>(static_cast<INetCore*>(&net));
+        return hasNet ? reinterpret_cast<Word>(static_cast<INetCore*>(&net)) : 0;
+    case MSG_GET_GAME_STATE:
+        return reinterpret_cast<Word>(gameState);
     default:
         return 0;
     }

@@ -189,6 +189,48 @@ class FakeGraphics : public IGraphicsEntity
     ItfOptions options = {};
 };
 
+/// A battle's figures: those of player `index` are index + 1 times one to six, those of a side ten times side
+/// + 1 times the same.
+class FakeGame : public IGameEntity
+{
+  public:
+    FakeGame() { ClearHostWords(*this); }
+    int GetWinner() override { return winner; }
+    void GetSideStats(int side, ItfSideStats* out) override;
+    int GetSideCount() override { return static_cast<int>(players.size()); }
+    int GetPlayerCount(int side) override;
+    ItfPlayerStats* GetPlayer(int side, int index) override;
+    void GetBattleTime(int* days, int* hours, int* minutes) override
+    {
+        *days = time[0];
+        *hours = time[1];
+        *minutes = time[2];
+    }
+
+    int winner = 0;
+    int time[3] = {0, 0, 0};
+    /// Names for each side; null for a player without a record.
+    std::vector<std::vector<const char*>> players;
+
+  private:
+    ItfPlayerStats m_Player = {};
+};
+
+/// A running game, which a FakeEngine hands out as its gameState.
+class FakeGameState : public IGameState
+{
+  public:
+    ItfCharacter* GetCharacter() override { return nullptr; }
+    IUnitList* GetUnits() override { return nullptr; }
+    GameHeader* GetHeader() override { return hasHeader ? &header : nullptr; }
+    ScenarioInfo* GetScenarioInfo() override { return hasScenario ? &scenario : nullptr; }
+
+    GameHeader header = {};
+    ScenarioInfo scenario = {};
+    bool hasHeader = true;
+    bool hasScenario = true;
+};
+
 /// An engine of one scene: the root, or a scene that another fake names as its current one. Messages are
 /// kept, not delivered, unless the destination is an entity that AddEntity was given an object for.
 class FakeEngine : public IEngine
@@ -253,6 +295,8 @@ class FakeEngine : public IEngine
     FakePlayList playList;
     FakeProfile profile;
     FakeNet net;
+    IGameState* gameState = nullptr; ///< no game runs
+    bool hasNet = true;
     bool hasRender = true;
     bool hasVideo = true;
 

@@ -125,6 +125,11 @@ const Expected BROKEN_FOLDER[] = {
          "(57): ScenSelDlg knows no menu item 1",
          "(58): the section ScenSelDlg isn't closed",
          "(58): there is no section ScenBriefDlg",
+         "(58): there is no section HelpDlg",
+         "(58): there is no section CreditsDlg",
+         "(58): there is no section EndGameDlg",
+         "(58): there is no section StatisticsDlg",
+         "(58): there is no section ScStatusDlg",
      }},
     {R"(resource\txt_res\itfnames.ini)",
      {
@@ -155,7 +160,7 @@ const Expected BROKEN_FOLDER[] = {
          "(10): nothing uses text 99",
          R"((11): expected \n, \t, \q or \\ in a text)",
          "(12): expected a text in quotes behind the number",
-         "(24): there is no text 13150, the program's TEXT_LEAVE_CAPTION",
+         "(68): there is no text 13150, the program's TEXT_LEAVE_CAPTION",
      }},
     {R"(scenarios\broken.sc)",
      {

@@ -94,7 +94,7 @@ void CDialogCheck::CheckRule(const DialogSection& section, const DialogRecord& r
              section.name + " knows no " + (record.kind == KIND_MENUITEM ? "menu item " : "control ") + id);
         return;
     }
-    if (known->kind != record.kind) {
+    if (known->kind != KIND_ANY && known->kind != record.kind) {
         Tell(record.line, "control " + id + " of " + section.name + " has to be of the kind " +
                               CDialogReader::KeywordOf(known->kind));
         return;

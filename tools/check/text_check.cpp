@@ -4,6 +4,7 @@
 #include <set>
 #include <variant>
 
+#include "battle/chart_texts.h"
 #include "flow/text_numbers.h"
 #include "keelworks/scenario_parser.h"
 #include "logic/battle_stage.h"
@@ -16,6 +17,15 @@ namespace
 {
 
 constexpr char TEXTS[] = "resource\\txt_res\\texts.ini";
+
+/// First and last of each group of the chart's texts.
+constexpr int CHART_TEXTS[][2] = {
+    {CHART_STOPPED, CHART_KEY_OVER},
+    {CHART_HULL, CHART_SURFACED},
+    {CHART_ORDER_NONE, CHART_ORDER_STOP},
+    {CHART_SEA_MILE, CHART_NORTH},
+    {CHART_KEYS, CHART_KEYS + CHART_KEY_COUNT - 1},
+};
 // Where scenarios lie, and how their files are named; the exported ones become the player's when he imports
 // them.
 constexpr struct {
@@ -36,6 +46,10 @@ class CTextCheck
             Use(row.number, TEXTS, end, std::string("the program's ") + row.name);
         Use(CLogic::TEXT_SECRET, TEXTS, end, "the answer to the hidden code");
         Use(CBattleStage::TEXT_BROKEN_SCENARIO, TEXTS, end, "the message about a broken scenario");
+        for (const auto& [first, last] : CHART_TEXTS) {
+            for (int number = first; number <= last; ++number)
+                Use(number, TEXTS, end, "a word of the battle's chart");
+        }
         for (const NumberedRow& flag : m_Flags.Rows())
             Use(flag.number, CFlagCheck::FLAGS, flag.line, "the name of this flag's nation");
         for (const auto& scenarios : SCENARIO_FOLDERS)

@@ -100,6 +100,8 @@ constexpr int VK_SUBTRACT = 0x6d;
 constexpr int VK_DECIMAL = 0x6e;
 constexpr int VK_DIVIDE = 0x6f;
 constexpr int VK_F1 = 0x70;
+constexpr int VK_F4 = 0x73;
+constexpr int VK_F9 = 0x78;
 constexpr int VK_F12 = 0x7b;
 
 constexpr WORD LOWORD(DWORD value)

@@ -1,0 +1,139 @@
+#include "battle/navigator.h"
+
+#include <algorithm>
+
+#include "battle/battle_math.h"
+
+namespace
+{
+
+constexpr double STEP_SECONDS = static_cast<double>(BATTLE_STEP) / 1000;
+/// Shorter than half of the narrowest water, so that a unit always finds a way to turn.
+constexpr double SHORT_LOOK = 150;
+
+} // namespace
+
+// Damage takes up to half of the speed.
+double CNavigator::SpeedLimit(const BattleUnit& unit)
+{
+    const double limit = unit.submerged ? unit.maxSpeedBelow : unit.maxSpeed;
+    return limit * (0.5 + unit.Hull() / 2);
+}
+
+bool CNavigator::IsOpen(const BattleUnit& unit, SeaPoint place) const
+{
+    return m_State.coast.Bounds().Contains(place) &&
+           (unit.type == UnitType::BALLOON || !m_State.coast.IsLand(place));
+}
+
+bool CNavigator::IsFree(const BattleUnit& unit, double heading, double metres) const
+{
+    constexpr int LOOKS = 4;
+    for (int i = 1; i <= LOOKS; ++i) {
+        if (!IsOpen(unit, Ahead(unit.place, heading, metres * i / LOOKS)))
+            return false;
+    }
+    return true;
+}
+
+// The free course nearest to the wanted one, to the right at even odds first.
+double CNavigator::FreeCourse(const BattleUnit& unit, double wanted) const
+{
+    constexpr double SECONDS_AHEAD = 30;
+    constexpr double POINT = 20; // degrees
+    constexpr int POINTS = 9;
+    for (const double metres : {2 * unit.turnRadius + unit.speed * SECONDS_AHEAD, SHORT_LOOK}) {
+        for (int i = 0; i <= POINTS; ++i) {
+            for (const double turn : {i * POINT, -i * POINT}) {
+                if (IsFree(unit, wanted + turn, metres))
+                    return NormalHeading(wanted + turn);
+            }
+        }
+    }
+    return wanted;
+}
+
+// Bears away from what is close; what lies on the same place is left behind by turning with one's own number.
+void CNavigator::KeepOff(int index, double& wanted) const
+{
+    constexpr double LENGTHS = 3;
+    constexpr double BEAR_AWAY = 50;
+    constexpr double GOLDEN_ANGLE = 137.5;
+    const BattleUnit& unit = m_State.units[static_cast<std::size_t>(index)];
+    if (unit.type == UnitType::BALLOON)
+        return;
+    const BattleUnit* nearest = nullptr;
+    double least = 0;
+    for (const BattleUnit& other : m_State.units) {
+        if (&other == &unit || other.gone || other.type == UnitType::BALLOON ||
+            other.submerged != unit.submerged)
+            continue;
+        const double square = SquareOf(unit.place, other.place);
+        const double room = (unit.length + other.length) / 2 * LENGTHS;
+        if (square < room * room && (nearest == nullptr || square < least)) {
+            nearest = &other;
+            least = square;
+        }
+    }
+    if (nearest == nullptr)
+        return;
+    if (least < 1) {
+        wanted = NormalHeading(index * GOLDEN_ANGLE);
+        return;
+    }
+    const double side = TurnBetween(wanted, BearingOf(unit.place, nearest->place));
+    if (side > -90 && side < 90)
+        wanted = NormalHeading(wanted + (side >= 0 ? -BEAR_AWAY : BEAR_AWAY));
+}
+
+void CNavigator::FindWay(BattleUnit& unit) const
+{
+    constexpr std::int64_t KEEPS = 30'000; // milliseconds
+    constexpr double REACHED = 300;
+    if (unit.type == UnitType::BALLOON || !m_State.coast.HasLand()) {
+        unit.way = unit.goal;
+        return;
+    }
+    if (unit.wayAt >= 0 && m_State.time - unit.wayAt < KEEPS &&
+        SquareOf(unit.place, unit.way) > REACHED * REACHED)
+        return;
+    unit.way = m_State.coast.NextOnWay(unit.place, unit.goal);
+    unit.wayAt = m_State.time;
+}
+
+void CNavigator::Steer(int index)
+{
+    BattleUnit& unit = m_State.units[static_cast<std::size_t>(index)];
+    double wanted = unit.course;
+    if (unit.hasGoal) {
+        FindWay(unit);
+        wanted = BearingOf(unit.place, unit.way);
+    }
+    KeepOff(index, wanted);
+    unit.course = FreeCourse(unit, wanted);
+}
+
+void CNavigator::Sail(BattleUnit& unit) const
+{
+    constexpr double SECONDS_TO_FULL_SPEED = 90;
+    constexpr double SLOWEST_TURN = 1; // degrees a second, with the engines against each other
+    constexpr double DEGREES = 57.29577951308232;
+    const double limit = SpeedLimit(unit);
+    const double arrived = std::max(unit.turnRadius, 100.0);
+    const bool stays = unit.hasGoal && SquareOf(unit.place, unit.goal) < arrived * arrived;
+    const double wanted = stays || unit.order.kind == OrderKind::STOP ? 0 : limit;
+    const double change = std::max(unit.maxSpeed, unit.maxSpeedBelow) / SECONDS_TO_FULL_SPEED * STEP_SECONDS;
+    unit.speed = std::clamp(wanted, unit.speed - 2 * change, unit.speed + change);
+    if (limit <= 0)
+        return;
+    if (wanted > 0) {
+        const double rate = std::max(unit.speed / unit.turnRadius * DEGREES, SLOWEST_TURN) * STEP_SECONDS;
+        unit.heading =
+            NormalHeading(unit.heading + std::clamp(TurnBetween(unit.heading, unit.course), -rate, rate));
+    }
+    const SeaPoint next = Ahead(unit.place, unit.heading, unit.speed * STEP_SECONDS);
+    if (IsOpen(unit, next))
+        unit.place = next;
+    else
+        unit.speed = 0;
+}

@@ -1,0 +1,52 @@
+#pragma once
+// Guns, torpedoes, depth charges and bombs, and what they do.
+
+#include <cstdint>
+#include <vector>
+
+#include "battle/battle_state.h"
+
+/// Owns what is in the air and in the water, and the marks on the sea.
+class CWeapons
+{
+  public:
+    explicit CWeapons(BattleState& state) : m_State(state) {}
+
+    /// The unit fires what is ready and reaches an enemy that its side sees.
+    void Fight(int unit);
+    /// One step of what has been fired.
+    void Advance();
+    /// What is in the air and in the water does no harm any more, and goes.
+    void Cease();
+    /// Old marks go.
+    void DropMarks();
+
+    const std::vector<Shell>& Shells() const { return m_Shells; }
+    const std::vector<Torpedo>& Torpedoes() const { return m_Torpedoes; }
+    const std::vector<SeaMark>& Marks() const { return m_Marks; }
+
+    /// How far guns of a calibre in millimetres shoot, and how far torpedoes run, metres.
+    static double GunRange(int calibre);
+    static constexpr double TORPEDO_RANGE = 5000;
+    /// The range of the unit's best guns that can be used against ships; 0 without any.
+    static double ReachOf(const BattleUnit& unit);
+
+  private:
+    static constexpr std::size_t MAX_MARKS = 2000;
+
+    bool CanHit(const BattleUnit& unit, std::size_t battery, const BattleUnit& target) const;
+    int TargetOf(const BattleUnit& unit, std::size_t battery) const;
+    void FireGuns(int unit, std::size_t battery);
+    void FireTorpedo(int unit);
+    void DropCharge(int unit);
+    double Luck(const BattleUnit& unit) const;
+    void Land(const Shell& shell);
+    bool Run(Torpedo& torpedo);
+    void Damage(int unit, double damage, int by);
+    void Mark(MarkKind kind, SeaPoint place, int calibre = 0);
+
+    BattleState& m_State;
+    std::vector<Shell> m_Shells;
+    std::vector<Torpedo> m_Torpedoes;
+    std::vector<SeaMark> m_Marks;
+};
