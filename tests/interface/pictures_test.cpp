@@ -147,7 +147,7 @@ TEST_F(PicturesTest, TheWayToAScenario)
     ASSERT_TRUE(files.Create("Import a Scenario", nullptr, nullptr, &Top(), 1, 0, &engine,
                              (userFolder / "exports").string().c_str()));
     // The test's own folder has another name each time.
-    files.GetControlAs<CItfEditBox>(CFileDlg::IDC_FOLDER)->SetText("/home/player/exports");
+    files.GetControlAs<CItfEditBox>(CFileDlg::IDC_FOLDER)->SetText("/exports");
     CItfWnd::SetDrawing(true);
     files.Show(true);
     CItfWnd::RedrawAll();
