@@ -30,6 +30,7 @@ void CBattleStage::Begin(const ItfCommand& command)
 
 void CBattleStage::End()
 {
+    m_Boxes.clear();
     if (m_pBattle != nullptr)
         m_pBattle->Hold(true); // its entities are there until the next Update
     m_pBattle.reset();
@@ -132,14 +133,20 @@ void CBattleStage::PostMessageBox(const char* second, const char* first, Word st
         Drop(EVENT_MESSAGE_BOX);
         return;
     }
-    if (m_pBattle != nullptr) {
-        style &= ~BOX_NO_BUTTON;
-        id = id == BOX_LEAVE_BATTLE ? id : BOX_BACK_TO_BATTLE;
-        m_pBattle->Hold(true);
+    if (m_pBattle == nullptr) {
+        PostBox({second, first, style, id});
+        return;
     }
+    style &= ~static_cast<Word>(BOX_STYLE_NO_BUTTON);
+    m_Boxes.push_back({second, first, style, id == BOX_LEAVE_BATTLE ? id : Word{BOX_NET_LOST}});
+}
+
+void CBattleStage::PostBox(const Box& box)
+{
     ItfEvent event;
     event.code = EVENT_MESSAGE_BOX;
-    m_FrontEnd.PostEvent(event, {reinterpret_cast<Word>(second), reinterpret_cast<Word>(first), style, id});
+    m_FrontEnd.PostEvent(
+        event, {reinterpret_cast<Word>(box.second), reinterpret_cast<Word>(box.first), box.style, box.id});
 }
 
 void CBattleStage::Drop(int code)
@@ -194,6 +201,10 @@ void CBattleStage::Watch()
         event.code = EVENT_END_GAME;
         event.value2 = IsWon() ? 1 : 0;
         m_FrontEnd.PostEvent(event);
+    }
+    if (!m_Boxes.empty() && !m_FrontEnd.IsWanted()) {
+        PostBox(m_Boxes.front());
+        m_Boxes.pop_front();
     }
     m_pBattle->Hold(m_FrontEnd.IsWanted());
 }

@@ -1,6 +1,7 @@
 #pragma once
 // The way of a battle: loading, the sea, what the front end shows over it, and the end.
 
+#include <deque>
 #include <memory>
 #include <optional>
 
@@ -26,11 +27,6 @@ class CBattleStage
     static constexpr const char* SEA_NAME = "sea";
     /// What the player reads when a scenario can't be read.
     static constexpr int TEXT_BROKEN_SCENARIO = 70;
-    /// Ids of the boxes whose every answer leads back to the battle, or out of it.
-    static constexpr Word BOX_LEAVE_BATTLE = 360;
-    static constexpr Word BOX_BACK_TO_BATTLE = 370;
-    /// A style of a box: there is nothing to answer it with.
-    static constexpr Word BOX_NO_BUTTON = 0x20000000;
 
     /// All but the seed must outlive the stage. Each battle has dice of its own, the first those of `seed`.
     CBattleStage(CWorld& world, CFrontEnd& frontEnd, const CPlayerNames& names, std::uint64_t seed)
@@ -54,7 +50,8 @@ class CBattleStage
     /// decides it first, for the player's side unless `value2` is 0; one that loads still is decided as it
     /// begins. The main menu ends the battle, or the loading.
     void PostEvent(const ItfEvent& event);
-    /// Event 33 with its four words. Over a battle every answer leads back to it.
+    /// Event 33 with its four words; the texts must stay. Over a battle every answer leads back to it, and
+    /// the box waits until nothing else is shown.
     void PostMessageBox(const char* second, const char* first, Word style, Word id);
     bool IsBattleOn() const { return m_pBattle != nullptr; }
     /// Null while no battle runs.
@@ -63,7 +60,16 @@ class CBattleStage
     void Update();
 
   private:
+    /// Event 33 for later.
+    struct Box {
+        const char* second;
+        const char* first;
+        Word style;
+        Word id;
+    };
+
     void LoadOn();
+    void PostBox(const Box& box);
     void Show();
     void Watch();
     void PostWhileLoading(const ItfEvent& event);
@@ -86,6 +92,7 @@ class CBattleStage
     std::shared_ptr<CBattle> m_pBattle;
     std::optional<bool> m_Decided;       ///< while it loads: who is to win at once, true the player
     std::optional<ItfEvent> m_CalledOff; ///< while it loads: the menu that is to come instead
+    std::deque<Box> m_Boxes;             ///< over a battle: those that wait
     int m_nGame = -1;
     int m_nLogic = -1;
     int m_nSea = -1;

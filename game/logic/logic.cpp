@@ -59,7 +59,7 @@ void CLogic::PostMessageBox(int secondText, int firstText, Word style, Word id)
 void CLogic::PostEvent(const ItfEvent& event)
 {
     if (event.code == EVENT_MESSAGE && m_Battle.IsBattleOn())
-        PostMessageBox(TEXT_ATTENTION, event.value1, 0, CBattleStage::BOX_BACK_TO_BATTLE);
+        PostMessageBox(TEXT_ATTENTION, event.value1, 0, BOX_NET_LOST);
     else
         m_Battle.PostEvent(event);
 }

@@ -32,7 +32,8 @@ bool CEndGameDlg::Create(const char* caption, const char* sprite, const RECT* re
     if (auto* art = GetControlAs<CItfPictureBox>(IDC_ART); art != nullptr && !won)
         art->SetPicture(SPRITE_DEFEAT);
     IGameState* state = GetGameState(m_pCore);
-    ArrangeButtons(IsCampaign(state), networkGame);
+    if (state != nullptr)
+        ArrangeButtons(IsCampaign(state), networkGame);
     ShowResult(ScenarioOf(state));
     return true;
 }

@@ -155,7 +155,7 @@ Word CInterface::EventMessageBox(const ItfEvent& event)
     const auto style = static_cast<std::uint32_t>(words[BOX_STYLE]);
     const int id = static_cast<int>(words[BOX_ID]);
     // Either answer to this one lets the battle go on, so its absence must do that too.
-    if (id == BOX_NET_LOST)
+    if (id == BOX_NET_LOST || id == BOX_LEAVE_BATTLE)
         return reinterpret_cast<Word>(m_mainWnd.AskOverBattle(first, second, id, style));
     CItfWnd::SetDrawing(true);
     return reinterpret_cast<Word>(m_mainWnd.MessageBox(first, second, &m_mainWnd, id, style));

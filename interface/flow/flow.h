@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "flow/text_numbers.h"
+#include "itfrecords.h"
 #include "kernel/itfdialog.h"
 
 class CMainWnd;
@@ -20,9 +21,6 @@ enum FlowDialogId : int {
     DLG_CREDITS = 180,
     DLG_HELP = 190,
     DLG_END_GAME = 350,
-    BOX_LEAVE_BATTLE = 360,
-    BOX_NET_LOST =
-        370, ///< the logic's own box: with 10 the player leaves the network, else he aborts the game
 };
 
 enum FlowResult : int {

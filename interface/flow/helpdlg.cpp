@@ -5,11 +5,6 @@
 #include "flow/flow.h"
 #include "kernel/own_names.h"
 
-namespace
-{
-
-} // namespace
-
 CHelpDlg::~CHelpDlg() = default;
 
 bool CHelpDlg::Create(const char* caption, const char* sprite, const RECT* rect, CItfWnd* parent, int ctrlId,

@@ -1,6 +1,7 @@
 #pragma once
 // The message box.
 
+#include "itfrecords.h"
 #include "kernel/itfdialog.h"
 
 /// A message, a caption and one or two buttons, modal from Create on. Posts ITFM_NOTIFY to its parent (if it
@@ -19,8 +20,8 @@ class CValueBox : public CItfDialog
     };
     enum Style : std::uint32_t {
         STYLE_YES_NO = 0x8000000,
-        STYLE_OTHER_BUTTON = 0x10000000, ///< the first button's caption is TEXT_OTHER_BUTTON
-        STYLE_NO_BUTTON = 0x20000000,    ///< the first button is hidden
+        STYLE_OTHER_BUTTON = 0x10000000,       ///< the first button's caption is TEXT_OTHER_BUTTON
+        STYLE_NO_BUTTON = BOX_STYLE_NO_BUTTON, ///< the first button is hidden
     };
 
     ~CValueBox() override;

@@ -63,6 +63,18 @@ enum ItfEventCode : int {
     EVENT_LOBBY = 121,
 };
 
+/// Ids of boxes of EVENT_MESSAGE_BOX whose answers the front end acts on. Every answer to one of them leads
+/// back to a running battle, or out of it.
+enum ItfBoxId : int {
+    BOX_LEAVE_BATTLE = 360,
+    /// With its first button the player leaves the network, else he aborts the game; either is nothing where
+    /// no network game runs.
+    BOX_NET_LOST = 370,
+};
+
+/// The style of such a box whose button is hidden: there is nothing to answer it with.
+inline constexpr std::uint32_t BOX_STYLE_NO_BUTTON = 0x20000000;
+
 /// Codes of ItfCommand, to the logic.
 enum ItfCommandCode : int {
     CMD_START_SCENARIO = 10,

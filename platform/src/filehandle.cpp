@@ -204,14 +204,15 @@ BOOL CloseHandle(HANDLE file)
 BOOL ReadFile(HANDLE file, void* buffer, DWORD bytes, DWORD* done, void*)
 {
     const int fd = With(file, GENERIC_READ);
-    return InSteps(bytes, *done, [fd, buffer](DWORD at, DWORD left) {
-        return read(fd, static_cast<char*>(buffer) + at, left);
-    });
+    return fd >= 0 && InSteps(bytes, *done, [fd, buffer](DWORD at, DWORD left) {
+               return read(fd, static_cast<char*>(buffer) + at, left);
+           });
 }
 
 BOOL WriteFile(HANDLE file, const void* buffer, DWORD bytes, DWORD* written, void*)
 {
-    return WriteAll(With(file, GENERIC_WRITE), buffer, bytes, *written);
+    const int fd = With(file, GENERIC_WRITE);
+    return fd >= 0 && WriteAll(fd, buffer, bytes, *written);
 }
 
 DWORD SetFilePointer(HANDLE file, LONG distance, LONG* high, DWORD origin)
@@ -268,9 +269,6 @@ BOOL CopyFileA(const char* from, const char* to, BOOL failIfExists)
                                                      &CloseHandle);
     const std::string target = PlatformResolveWrite(to);
     std::error_code error;
-    if (failIfExists && std::filesystem::exists(std::filesystem::symlink_status(target, error))) {
-        return FALSE; // a link that leads nowhere
-    }
     const auto type = std::filesystem::status(target, error).type();
     const bool replaceable =
         type == std::filesystem::file_type::not_found ||
@@ -284,7 +282,7 @@ BOOL CopyFileA(const char* from, const char* to, BOOL failIfExists)
         return FALSE;
     }
     const bool copied = CopyContent(With(in.get(), GENERIC_READ), With(out, GENERIC_WRITE));
-    if (CloseHandle(out) && copied && PlatformRenameFile(temporary.c_str(), to)) {
+    if (CloseHandle(out) && copied && PlatformRenameFile(temporary.c_str(), to, !failIfExists)) {
         return TRUE;
     }
     PlatformDeleteFile(temporary.c_str());
@@ -293,7 +291,7 @@ BOOL CopyFileA(const char* from, const char* to, BOOL failIfExists)
 
 BOOL MoveFileA(const char* from, const char* to)
 {
-    return PlatformResolveRead(to).empty() && PlatformRenameFile(from, to);
+    return PlatformResolveRead(to).empty() && PlatformRenameFile(from, to, false);
 }
 
 BOOL DeleteFileA(const char* path)

@@ -264,12 +264,15 @@ bool PlatformDeleteFile(const char* path)
     return !real.empty() && unlink(real.c_str()) == 0;
 }
 
-bool PlatformRenameFile(const char* from, const char* to)
+bool PlatformRenameFile(const char* from, const char* to, bool replace)
 {
     const std::string source = ResolveOwn(from);
     if (source.empty()) {
         return false;
     }
     const std::string target = PlatformResolveWrite(to);
+    if (!target.empty() && !replace) {
+        return PlatformPlaceNew(source.c_str(), target.c_str()) == PlatformPut::Done;
+    }
     return !target.empty() && std::rename(source.c_str(), target.c_str()) == 0;
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/files.h"
 #include "platform/types.h"
 
 /// The parts of a path that was let in: relative to both roots, or absolute.
@@ -24,6 +25,10 @@ std::string PlatformResolveBelow(const std::string& root, const std::vector<std:
 /// The real path of a file that exists in either root, to change it in place: a file of the game is first
 /// copied to the player's folder. Empty when there is none and when it can't be copied.
 std::string PlatformResolveChange(const char* path);
+
+/// Renames a file, both paths being real ones, to a name that nothing has, not even a link that leads
+/// nowhere. Not every file system knows both ways of not replacing anything.
+PlatformPut PlatformPlaceNew(const char* from, const char* path);
 
 /// A strftime format in the letters of a date or time picture, without blanks around it; fields that pictures
 /// lack are left out.

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "internal.h"
 #include "platform/files.h"
 
 namespace
@@ -40,31 +41,30 @@ bool WriteAll(int file, std::string_view content)
     return fsync(file) == 0;
 }
 
-/// Not every file system knows both ways of not replacing anything.
-PlatformPut PlaceNew(const char* temporary, const char* path)
-{
-    if (renameat2(AT_FDCWD, temporary, AT_FDCWD, path, RENAME_NOREPLACE) == 0) {
-        return PlatformPut::Done;
-    }
-    if (errno == EEXIST) {
-        return PlatformPut::Taken;
-    }
-    if (link(temporary, path) == 0) {
-        unlink(temporary);
-        return PlatformPut::Done;
-    }
-    return errno == EEXIST ? PlatformPut::Taken : PlatformPut::Failed;
-}
-
 PlatformPut Place(const char* temporary, const char* path, bool replace)
 {
     if (!replace) {
-        return PlaceNew(temporary, path);
+        return PlatformPlaceNew(temporary, path);
     }
     return std::rename(temporary, path) == 0 ? PlatformPut::Done : PlatformPut::Failed;
 }
 
 } // namespace
+
+PlatformPut PlatformPlaceNew(const char* from, const char* path)
+{
+    if (renameat2(AT_FDCWD, from, AT_FDCWD, path, RENAME_NOREPLACE) == 0) {
+        return PlatformPut::Done;
+    }
+    if (errno == EEXIST) {
+        return PlatformPut::Taken;
+    }
+    if (link(from, path) == 0) {
+        unlink(from);
+        return PlatformPut::Done;
+    }
+    return errno == EEXIST ? PlatformPut::Taken : PlatformPut::Failed;
+}
 
 PlatformPut PlatformPutFile(const std::string& realPath, std::string_view content, bool replace)
 {

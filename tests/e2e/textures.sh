@@ -84,6 +84,10 @@ length=$(($(stat -c %s four.bmp) - 2))
 head -c $length four.bmp >unpadded.bmp
 patch unpadded.bmp 2 "$(printf '\\x%x\\x%x' $((length & 255)) $((length >> 8)))"
 check "without padding" 0 "" "$tool" bmp2tga unpadded.bmp made.tga
+convert -size 1x2 xc:teal BMP3:two.bmp
+head -c $(($(stat -c %s two.bmp) - 1)) two.bmp >unpadded.bmp
+patch unpadded.bmp 2 "$(printf '\\x%x' $(($(stat -c %s two.bmp) - 1)))"
+check "a texture without padding" 0 "" "$tool" convert unpadded.bmp made.tf
 
 # What can't be done. The folder "made" stays as it is, with a file that would be replaced.
 mkdir made

@@ -342,7 +342,11 @@ TEST_F(EndingsTest, TheEndOfABattle)
         {"no header", [&] { state.hasHeader = false; }},
         {"no entity", [&] { engine.currentScene = nullptr; }},
         {"no scenario", [&] { state.hasScenario = false; }},
-        {"no game", [&] { engine.gameState = nullptr; }},
+        {"no game, though in a network",
+         [&] {
+             engine.gameState = nullptr;
+             engine.net.networkGame = true;
+         }},
         {"no network", [&] { engine.hasNet = false; }},
     };
     for (const auto& [name, takeAway] : lacks) {

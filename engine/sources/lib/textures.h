@@ -3,7 +3,7 @@
 
 #include "lib/teximage.h"
 
-/// Levels of the chain that a picture of this size gets, 1 to 16. The last one is at least two pixels on a
+/// Levels of the chain that a picture of this size gets, 1 to 15. The last one is at least two pixels on a
 /// side where the picture is.
 int LevelCount(const CTexImage& image);
 

@@ -1,8 +1,10 @@
 #include "lib/tgafile.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "assertion.h"
@@ -229,7 +231,8 @@ bool CTgaFile::ImportPicture(const char* source, const char* target, int width, 
     if (source == nullptr || target == nullptr)
         return false;
     const std::string read = PlatformResolveRead(source);
-    if (read.empty() || read == PlatformResolveWrite(target))
+    std::error_code error; // that there is no target yet
+    if (read.empty() || std::filesystem::equivalent(read, PlatformResolveWrite(target), error))
         return false;
     // The new file is made beside the target, so that a failure leaves what was there.
     const Temporary made(target);

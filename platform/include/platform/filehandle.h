@@ -47,6 +47,7 @@ std::string PlatformMakeTemporary(const char* path);
 /// The copy is made in such a file and then renamed, so that a failure leaves what was there.
 /// FALSE when both are one file, and when `to` is something else than a file.
 BOOL CopyFileA(const char* from, const char* to, BOOL failIfExists);
-/// FALSE when `to` exists, and for a file of the game.
+/// FALSE when `to` exists, also as a link that leads nowhere or as `from` in other letters' case, for a file
+/// of the game, and from one file system to another.
 BOOL MoveFileA(const char* from, const char* to);
 BOOL DeleteFileA(const char* path);

@@ -43,8 +43,9 @@ enum class PlatformPut {
 /// disk, and only then takes its place. With `replace` a file or link there goes, without it nothing that
 /// stands there is touched, a link that leads nowhere included. Unless Done, nothing is left of it.
 PlatformPut PlatformPutFile(const std::string& realPath, std::string_view content, bool replace);
-/// Moves within the player's folder, replacing what is there. False on failure.
-bool PlatformRenameFile(const char* from, const char* to);
+/// Moves within the player's folder; with `replace` what is there goes, without it that is a failure. False
+/// on failure.
+bool PlatformRenameFile(const char* from, const char* to, bool replace = true);
 
 constexpr DWORD FILE_ATTRIBUTE_READONLY = 0x1;
 constexpr DWORD FILE_ATTRIBUTE_HIDDEN = 0x2;
