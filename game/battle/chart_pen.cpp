@@ -1,6 +1,8 @@
 #include "battle/chart_pen.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace
 {
@@ -102,7 +104,11 @@ void CChartPen::Polygon(std::span<const ChartPoint> points, std::uint16_t colour
                 if ((a.y <= line) != (b.y <= line))
                     m_Crossings.push_back(a.x + (b.x - a.x) * (line - a.y) / (b.y - a.y));
             }
-            std::ranges::sort(m_Crossings);
+            // Nearly always there are two.
+            if (m_Crossings.size() > 2)
+                std::ranges::sort(m_Crossings);
+            else if (m_Crossings.size() == 2 && m_Crossings[0] > m_Crossings[1])
+                std::swap(m_Crossings[0], m_Crossings[1]);
             for (std::size_t i = 0; i + 1 < m_Crossings.size(); i += 2)
                 AddSpan(m_Crossings[i], m_Crossings[i + 1], first);
         }

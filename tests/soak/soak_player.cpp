@@ -32,7 +32,7 @@ class CSoakPlayer
     {
         Wait(SHADE);
         while (m_nDone < m_nInputs) {
-            switch (Below(8)) {
+            switch (Below(12)) {
             case 0:
                 WalkToBattle();
                 break;
@@ -123,7 +123,7 @@ class CSoakPlayer
             Input("control ScenBriefDlg %d", OneOf({90, 100, 140, 180, 200}));
         Input("control ScenBriefDlg 30");
         Frames(30);
-        for (int i = 1 + Below(4); i > 0; --i)
+        for (int i = 1 + Below(3); i > 0; --i)
             PlayBattle();
         if (Below(3) == 0)
             EndBattle();
@@ -145,9 +145,9 @@ class CSoakPlayer
 
     void PlayBattle()
     {
-        static const char* const keys[] = {"escape", "f1",  "f2",  "f3",    "f4",       "f5",   "space",
-                                           "add",    "tab", "s",   "d",     "subtract", "home", "f",
-                                           "left",   "up",  "f12", "right", "down",     "enter"};
+        static const char* const keys[] = {"escape", "f1",  "f2", "f3",    "f4",       "f5",   "space",
+                                           "add",    "tab", "s",  "d",     "subtract", "home", "f",
+                                           "left",   "up",  "o",  "right", "down",     "enter"};
         for (int i = 5 + Below(20); i > 0; --i) {
             switch (Below(6)) {
             case 0:
@@ -161,7 +161,9 @@ class CSoakPlayer
                 Input("rdown\nframes 1\nrup");
                 break;
             case 3:
-                Input("wheel %d", OneOf({-3, -1, 1, 4}));
+                // A notch paints the whole chart anew.
+                if (Below(4) == 0)
+                    Input("wheel %d", OneOf({-3, -1, 1, 4}));
                 break;
             case 4:
                 Glide();
@@ -219,7 +221,7 @@ class CSoakPlayer
             return;
         static const char* const actions[] = {"", " double", " down", " up", " move"};
         Input("control %s %d%s", dialog.section, control.id, actions[OneOf({0, 0, 0, 0, 1, 2, 3, 4})]);
-        Frames(4);
+        Frames(2);
     }
 
     void Fidget()
