@@ -176,12 +176,9 @@ void CMainWnd::AskLeaveBattle()
 {
     if (IsAsking(*this, BOX_LEAVE_BATTLE))
         return;
-    CValueBox* box = AskOverBattle(GetResString(TEXT_LEAVE_QUESTION), GetResString(TEXT_LEAVE_CAPTION),
-                                   BOX_LEAVE_BATTLE, CValueBox::STYLE_YES_NO);
-    if (box == nullptr)
-        return;
-    PaintFullScreen(SPRITE_FADE); // not before there is a box to stand on it
-    box->Invalidate(nullptr);
+    PaintFullScreen(SPRITE_FADE);
+    AskOverBattle(GetResString(TEXT_LEAVE_QUESTION), GetResString(TEXT_LEAVE_CAPTION), BOX_LEAVE_BATTLE,
+                  CValueBox::STYLE_YES_NO);
 }
 
 void CMainWnd::LeaveBattle(const ReportRow&)
@@ -189,12 +186,11 @@ void CMainWnd::LeaveBattle(const ReportRow&)
     // Read by the logic during the call.
     static const std::int32_t stopped[2] = {90, 0};
 
-    // What lay under the question belongs to the battle, and goes before it does.
-    CloseAllDialogs();
     if (StopBattleLogic(m_pCore))
         Root()->SendMessage(MSG_LOGIC_STOPPED, DEST_LOGIC, 0, "l", stopped);
     else
         Root()->PostMessage(MSG_NO_LOGIC, DEST_LOGIC, 0, "l", -1);
+    CloseAllDialogs(); // what lay under the question belongs to the battle
     ShowMainDlg(true);
     Invalidate(nullptr);
 }

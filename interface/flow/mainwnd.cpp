@@ -79,55 +79,28 @@ constexpr OpeningRow OPEN_END_GAME = {
 
 } // namespace
 
-CDialogSlot& CMainWnd::MemberScenSel(CMainWnd& wnd)
-{
-    return wnd.m_pScenSelDlg;
-}
-CDialogSlot& CMainWnd::MemberScenBrief(CMainWnd& wnd)
-{
-    return wnd.m_pScenBriefDlg;
-}
-CDialogSlot& CMainWnd::MemberMain(CMainWnd& wnd)
-{
-    return wnd.m_pMainDlg;
-}
-CDialogSlot& CMainWnd::MemberScStatus(CMainWnd& wnd)
-{
-    return wnd.m_pScStatusDlg;
-}
-CDialogSlot& CMainWnd::MemberCredits(CMainWnd& wnd)
-{
-    return wnd.m_pCreditsDlg;
-}
-CDialogSlot& CMainWnd::MemberHelp(CMainWnd& wnd)
-{
-    return wnd.m_pHelpDlg;
-}
-CDialogSlot& CMainWnd::MemberEndGame(CMainWnd& wnd)
-{
-    return wnd.m_pEndGameDlg;
-}
-
 const SlotOf CMainWnd::s_Members[] = {
-    MemberScenSel, MemberScenBrief, MemberMain, MemberScStatus, MemberCredits, MemberHelp, MemberEndGame,
+    Member<&CMainWnd::m_pScenSelDlg>,  Member<&CMainWnd::m_pScenBriefDlg>, Member<&CMainWnd::m_pMainDlg>,
+    Member<&CMainWnd::m_pScStatusDlg>, Member<&CMainWnd::m_pCreditsDlg>,   Member<&CMainWnd::m_pHelpDlg>,
+    Member<&CMainWnd::m_pEndGameDlg>,
 };
 
 // id, result, member, what follows. A report without a row does nothing.
 const CMainWnd::ReportRow CMainWnd::s_Reports[] = {
-    {DLG_SCENARIOS, RESULT_CLOSE, MemberScenSel, &CMainWnd::CloseToMain},
-    {DLG_SCENARIOS, RESULT_SCENARIO, MemberScenSel, &CMainWnd::ChooseScenario},
-    {DLG_SCENARIO_BRIEF, RESULT_CLOSE, MemberScenBrief, &CMainWnd::CloseToMain},
-    {DLG_SCENARIO_BRIEF, RESULT_DONE, MemberScenBrief, &CMainWnd::StartScenario},
-    {DLG_SCENARIO_BRIEF, RESULT_BACK, MemberScenBrief, &CMainWnd::BackToScenarios},
+    {DLG_SCENARIOS, RESULT_CLOSE, Member<&CMainWnd::m_pScenSelDlg>, &CMainWnd::CloseToMain},
+    {DLG_SCENARIOS, RESULT_SCENARIO, Member<&CMainWnd::m_pScenSelDlg>, &CMainWnd::ChooseScenario},
+    {DLG_SCENARIO_BRIEF, RESULT_CLOSE, Member<&CMainWnd::m_pScenBriefDlg>, &CMainWnd::CloseToMain},
+    {DLG_SCENARIO_BRIEF, RESULT_DONE, Member<&CMainWnd::m_pScenBriefDlg>, &CMainWnd::StartScenario},
+    {DLG_SCENARIO_BRIEF, RESULT_BACK, Member<&CMainWnd::m_pScenBriefDlg>, &CMainWnd::BackToScenarios},
     {BOX_LEAVE_PROGRAM, RESULT_FIRST, nullptr, &CMainWnd::LeaveProgram},
     {BOX_LEAVE_PROGRAM, RESULT_ANY, nullptr, &CMainWnd::StayInProgram},
-    {DLG_SCENARIO_STATUS, RESULT_CLOSE, MemberScStatus, &CMainWnd::CloseAndResume},
-    {DLG_CREDITS, RESULT_CLOSE, MemberCredits, &CMainWnd::CloseToMain},
-    {DLG_HELP, RESULT_CLOSE, MemberHelp, &CMainWnd::CloseAndResume},
-    {DLG_END_GAME, RESULT_CLOSE, MemberEndGame, &CMainWnd::LookOnAfterGame},
-    {DLG_END_GAME, RESULT_DONE, MemberEndGame, &CMainWnd::PlayAgain},
-    {DLG_END_GAME, RESULT_BACK, MemberEndGame, &CMainWnd::GoOnAfterGame},
-    {DLG_END_GAME, RESULT_LEAVE, MemberEndGame, &CMainWnd::LeaveEndedGame},
+    {DLG_SCENARIO_STATUS, RESULT_CLOSE, Member<&CMainWnd::m_pScStatusDlg>, &CMainWnd::CloseAndResume},
+    {DLG_CREDITS, RESULT_CLOSE, Member<&CMainWnd::m_pCreditsDlg>, &CMainWnd::CloseToMain},
+    {DLG_HELP, RESULT_CLOSE, Member<&CMainWnd::m_pHelpDlg>, &CMainWnd::CloseAndResume},
+    {DLG_END_GAME, RESULT_CLOSE, Member<&CMainWnd::m_pEndGameDlg>, &CMainWnd::LookOnAfterGame},
+    {DLG_END_GAME, RESULT_DONE, Member<&CMainWnd::m_pEndGameDlg>, &CMainWnd::PlayAgain},
+    {DLG_END_GAME, RESULT_BACK, Member<&CMainWnd::m_pEndGameDlg>, &CMainWnd::GoOnAfterGame},
+    {DLG_END_GAME, RESULT_LEAVE, Member<&CMainWnd::m_pEndGameDlg>, &CMainWnd::LeaveEndedGame},
     {BOX_LEAVE_BATTLE, RESULT_FIRST, nullptr, &CMainWnd::LeaveBattle},
     {BOX_LEAVE_BATTLE, RESULT_ANY, nullptr, &CMainWnd::StayInBattle},
     {BOX_NET_LOST, RESULT_FIRST, nullptr, &CMainWnd::LeaveNetwork},

@@ -115,13 +115,12 @@ class CMainWnd : public CItfWnd
         int item; ///< MainMenuItem
         void (CMainWnd::*action)();
     };
-    static CDialogSlot& MemberScenSel(CMainWnd& wnd);
-    static CDialogSlot& MemberScenBrief(CMainWnd& wnd);
-    static CDialogSlot& MemberMain(CMainWnd& wnd);
-    static CDialogSlot& MemberScStatus(CMainWnd& wnd);
-    static CDialogSlot& MemberCredits(CMainWnd& wnd);
-    static CDialogSlot& MemberHelp(CMainWnd& wnd);
-    static CDialogSlot& MemberEndGame(CMainWnd& wnd);
+    /// How the tables name a member: Member<&CMainWnd::m_pHelpDlg>.
+    template <auto Slot>
+    static CDialogSlot& Member(CMainWnd& wnd)
+    {
+        return wnd.*Slot;
+    }
     static const SlotOf s_Members[];
     static const ReportRow s_Reports[];
     static const MenuRow s_MenuItems[];
