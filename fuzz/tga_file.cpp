@@ -56,7 +56,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzFolder::Get().Put(IN, data, size);
     CBmpFile bmp;
     if (bmp.Load(IN)) {
-        Import(bmp.GetWidth(), bmp.GetHeight(), bmp.GetBits() == 24 ? 32 : 8);
+        // Without a palette the head tells of true colour, whatever the rows hold.
+        const int mapped = bmp.GetColorCount() != 0 ? 8 : 24;
+        Import(bmp.GetWidth(), bmp.GetHeight(), bmp.GetBits() == 24 ? 32 : mapped);
         return 0;
     }
     CTgaFile tga;
