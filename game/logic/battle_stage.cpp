@@ -184,7 +184,7 @@ void CBattleStage::Update()
     if (m_pLoader != nullptr)
         LoadOn();
     if (std::exchange(m_bResume, false)) {
-        m_FrontEnd.TakeAway();
+        m_FrontEnd.Leave();
         m_World.SetInputMode(INPUT_NORMAL);
         RestoreDisplay();
     }

@@ -1,6 +1,7 @@
 #include "logic/front_end.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 bool CFrontEnd::Start(const ItfEvent& first)
@@ -55,17 +56,25 @@ void CFrontEnd::PostNow(std::unique_ptr<Sent> sent)
 void CFrontEnd::Update()
 {
     ++m_nUpdates;
-    m_Delivered.clear();
-    m_Delivered.swap(m_Waiting);
+    m_Seen = std::exchange(m_Coming, std::exchange(m_Waiting, {}));
     if (m_Pending.empty())
         return;
-    std::vector<std::unique_ptr<Sent>> pending;
+    Events pending;
     pending.swap(m_Pending);
-    if (!Start(pending.front()->event))
+    m_pFirst = std::move(pending.front());
+    if (!Start(m_pFirst->event))
         return; // the engine has told why; whoever posts again tries again
-    m_Delivered.push_back(std::move(pending.front()));
     for (std::size_t i = 1; i < pending.size(); ++i)
         PostNow(std::move(pending[i]));
+}
+
+void CFrontEnd::Leave()
+{
+    if (!IsUp())
+        return;
+    for (Events* events : {&m_Seen, &m_Coming, &m_Waiting})
+        std::ranges::move(*events, std::back_inserter(m_Pending));
+    TakeAway();
 }
 
 void CFrontEnd::TakeAway()
@@ -76,4 +85,6 @@ void CFrontEnd::TakeAway()
     m_World.DropPostedBy(m_nEntity);
     m_World.DestroyEntity(m_nEntity);
     m_nEntity = -1;
+    for (Events* events : {&m_Seen, &m_Coming, &m_Waiting})
+        events->clear();
 }

@@ -38,6 +38,9 @@ class CFrontEnd
     void Update();
     /// Takes the entity away at once, with all that it has posted; only where no entity's code runs.
     void TakeAway();
+    /// The same when the entity has asked to leave, a frame ago: what has reached it since then comes back
+    /// with the next one. What it was made with isn't sent again.
+    void Leave();
 
   private:
     /// An event and what its `object` points to, kept until the front end has had it.
@@ -46,13 +49,16 @@ class CFrontEnd
         Word words[4] = {};
         ItfScenarioStatus status = {};
     };
+    using Events = std::vector<std::unique_ptr<Sent>>;
     void Post(std::unique_ptr<Sent> sent);
     void PostNow(std::unique_ptr<Sent> sent);
 
     CWorld& m_World;
     int m_nEntity = -1;
-    int m_nUpdates = 0;                           ///< since it was made
-    std::vector<std::unique_ptr<Sent>> m_Pending; ///< while the entity isn't there
-    std::vector<std::unique_ptr<Sent>> m_Waiting;
-    std::vector<std::unique_ptr<Sent>> m_Delivered;
+    int m_nUpdates = 0;             ///< since it was made
+    std::unique_ptr<Sent> m_pFirst; ///< what it was made with
+    Events m_Pending;               ///< posted while the entity isn't there
+    Events m_Waiting;               ///< posted since the last Update
+    Events m_Coming;                ///< posted before it: this frame's delivery brings them
+    Events m_Seen;                  ///< brought by the last frame's
 };

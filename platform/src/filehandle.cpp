@@ -16,7 +16,6 @@ namespace
 
 constexpr mode_t NEW_FILE_RIGHTS = 0666;
 constexpr std::size_t COPY_BLOCK = 65536;
-constexpr int MOST_TEMPORARIES = 100; ///< names that are tried: some may be left from a crash
 
 /// The system's file, closed behind its owner.
 class Descriptor
@@ -167,8 +166,8 @@ HANDLE OpenTemporary(const char* path, std::string& name)
 {
     std::string base = path ? path : "";
     base.erase(base.find_last_not_of("/\\") + 1);
-    for (int number = 1; !base.empty() && number <= MOST_TEMPORARIES; ++number) {
-        name = base + ".tmp" + (number == 1 ? "" : std::to_string(number));
+    for (int number = 1; !base.empty() && number <= PLATFORM_MOST_TEMPORARIES; ++number) {
+        name = PlatformTemporaryName(base, number);
         const HANDLE file =
             CreateFileA(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file != INVALID_HANDLE_VALUE) {

@@ -26,6 +26,11 @@ std::string PlatformResolveBelow(const std::string& root, const std::vector<std:
 /// copied to the player's folder. Empty when there is none and when it can't be copied.
 std::string PlatformResolveChange(const char* path);
 
+/// How many names for a temporary file are tried: some may be left from a crash.
+constexpr int PLATFORM_MOST_TEMPORARIES = 100;
+/// The name of a temporary file beside `path`; `number` counts from 1.
+std::string PlatformTemporaryName(const std::string& path, int number);
+
 /// Renames a file, both paths being real ones, to a name that nothing has, not even a link that leads
 /// nowhere. Not every file system knows both ways of not replacing anything.
 PlatformPut PlatformPlaceNew(const char* from, const char* path);

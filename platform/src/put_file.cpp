@@ -10,14 +10,13 @@
 namespace
 {
 
-constexpr int MOST_TEMPORARIES = 100; ///< names that are tried: some may be left from a crash
-constexpr mode_t EVERYBODY = 0666;    ///< less what the user's mask takes away
+constexpr mode_t EVERYBODY = 0666; ///< less what the user's mask takes away
 
 /// Opens a file beside `path` that wasn't there; -1 on failure.
 int MakeTemporary(const std::string& path, std::string& name)
 {
-    for (int number = 1; number <= MOST_TEMPORARIES; ++number) {
-        name = path + ".tmp" + (number == 1 ? "" : std::to_string(number));
+    for (int number = 1; number <= PLATFORM_MOST_TEMPORARIES; ++number) {
+        name = PlatformTemporaryName(path, number);
         const int file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, EVERYBODY);
         if (file >= 0 || errno != EEXIST) {
             return file;
@@ -50,6 +49,11 @@ PlatformPut Place(const char* temporary, const char* path, bool replace)
 }
 
 } // namespace
+
+std::string PlatformTemporaryName(const std::string& path, int number)
+{
+    return path + ".tmp" + (number == 1 ? "" : std::to_string(number));
+}
 
 PlatformPut PlatformPlaceNew(const char* from, const char* path)
 {

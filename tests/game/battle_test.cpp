@@ -261,6 +261,28 @@ TEST_F(BattleTest, AKeyBringsItsScreenAndTheBattleGoesOnWhereItStood)
     }
 }
 
+TEST_F(BattleTest, WhatReachesAFrontEndThatIsLeavingIsShownByTheNextOne)
+{
+    WriteScenario(MakeScenario());
+    RunToBattle();
+    for (int i = 0; i < 2; ++i) {
+        PostEvent(EVENT_HELP);
+        Frames(3);
+        Click("HelpDlg", 10);
+        PostEvent(EVENT_SCENARIO_STATUS); // its delivery is that of the command
+        Frames(2);
+        EXPECT_FALSE(IsFrontEndUp());
+        Told("");
+        Frames(1);
+        EXPECT_TRUE(Told("event code=6 ")) << "it comes back with the event";
+        Frames(2);
+        EXPECT_TRUE(IsFrontEndUp());
+        Click("ScStatusDlg", 20);
+        Frames(10);
+        EXPECT_FALSE(IsFrontEndUp()) << "and it comes once";
+    }
+}
+
 TEST_F(BattleTest, LeavingEndsTheBattleAtOnce)
 {
     WriteScenario(MakeScenario());
