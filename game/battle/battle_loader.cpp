@@ -1,7 +1,6 @@
 #include "battle/battle_loader.h"
 
 #include <cstring>
-#include <stdexcept>
 #include <string>
 
 #include "keelworks/scenario_parser.h"
@@ -13,7 +12,7 @@ void CBattleLoader::ReadScenario()
     parser.OpenScenario(path.c_str());
     m_Scenario = parser.GetScenario();
     if (!CBattleSim::CanBeFought(*m_Scenario))
-        throw std::runtime_error(path + ": nobody in it can fight");
+        throw no_fighter_exception(path);
 }
 
 bool CBattleLoader::Step()

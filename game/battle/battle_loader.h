@@ -4,8 +4,20 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stdexcept>
+#include <string>
 
 #include "battle/battle.h"
+
+/// The scenario is whole, but nobody in it can fight.
+class no_fighter_exception : public std::runtime_error
+{
+  public:
+    explicit no_fighter_exception(const std::string& path)
+        : std::runtime_error(path + ": nobody in it can fight")
+    {
+    }
+};
 
 /// The first step reads the scenario, the second makes sea, coast and units of it.
 class CBattleLoader
@@ -13,8 +25,8 @@ class CBattleLoader
   public:
     CBattleLoader(const ItfCommand& command, std::uint64_t seed) : m_Command(command), m_nSeed(seed) {}
 
-    /// False when no step was left. Throws std::exception, in the first step, for a scenario that can't be
-    /// read or fought.
+    /// False when no step was left. In the first step it throws no_fighter_exception, or another
+    /// std::exception for a scenario that can't be read.
     bool Step();
     /// How much is done, 0 to 100.
     int Percent() const;

@@ -231,13 +231,11 @@ void CBattleStage::LoadOn()
     bool more = false;
     try {
         more = m_pLoader->Step();
+    } catch (const no_fighter_exception& error) {
+        FailLoading(error, TEXT_NO_FIGHTER);
+        return;
     } catch (const std::exception& error) {
-        OutputDebugStringA((std::string("Battle: ") + error.what() + "\r\n").c_str());
-        End();
-        ItfEvent event;
-        event.code = EVENT_MENU_WITH_MESSAGE;
-        event.value2 = TEXT_BROKEN_SCENARIO;
-        m_FrontEnd.PostEvent(event);
+        FailLoading(error, TEXT_BROKEN_SCENARIO);
         return;
     }
     if (!more) {
@@ -248,6 +246,16 @@ void CBattleStage::LoadOn()
     if (!std::exchange(m_bBarOpen, true))
         m_World.Root().SendMessage(MSG_ITF_PROGRESS_OPEN, frontEnd, 0, nullptr);
     m_World.Root().SendMessage(MSG_ITF_PROGRESS_SET, frontEnd, 0, "ll", m_pLoader->Percent(), 0);
+}
+
+void CBattleStage::FailLoading(const std::exception& error, int text)
+{
+    OutputDebugStringA((std::string("Battle: ") + error.what() + "\r\n").c_str());
+    End();
+    ItfEvent event;
+    event.code = EVENT_MENU_WITH_MESSAGE;
+    event.value2 = text;
+    m_FrontEnd.PostEvent(event);
 }
 
 void CBattleStage::Show()

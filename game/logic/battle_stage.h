@@ -27,6 +27,7 @@ class CBattleStage
     static constexpr const char* SEA_NAME = "sea";
     /// What the player reads when a scenario can't be read.
     static constexpr int TEXT_BROKEN_SCENARIO = 70;
+    static constexpr int TEXT_NO_FIGHTER = 71; ///< the scenario is whole, but there is no battle in it
 
     /// All but the seed must outlive the stage. Each battle has dice of its own, the first those of `seed`.
     CBattleStage(CWorld& world, CFrontEnd& frontEnd, const CPlayerNames& names, std::uint64_t seed)
@@ -69,6 +70,7 @@ class CBattleStage
     };
 
     void LoadOn();
+    void FailLoading(const std::exception& error, int text);
     void PostBox(const Box& box);
     void Show();
     void Watch();

@@ -65,6 +65,7 @@ void CCustomResources::Add(const std::string& path)
     }
     CTextParser parser(&file, false);
     Nation nation;
+    nation.file = path;
     const auto tell = [&](const std::string& why) {
         DebugLine(path + "(" + std::to_string(parser.GetLine()) + "): " + why);
     };

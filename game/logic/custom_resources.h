@@ -27,8 +27,12 @@ class CCustomResources : public ICustomResources
     bool GetName(int index, char* buffer, int size) override;
     bool GetFlagFile(int index, int kind, char* buffer, int size) override;
 
+    /// The file that names the nation; `index` is one of theirs.
+    const std::string& FileOf(int index) const { return m_Nations[static_cast<std::size_t>(index)].file; }
+
   private:
     struct Nation {
+        std::string file;
         CObjGUID guid;
         std::string name;
         std::string flag;

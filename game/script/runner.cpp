@@ -4,6 +4,14 @@
 
 #include "shell/input.h"
 
+namespace
+{
+
+/// What the keypad's keys from VK_MULTIPLY to VK_DIVIDE type.
+constexpr char KEYPAD_SIGNS[] = "*+,-./";
+
+} // namespace
+
 CScriptRunner::CScriptRunner(std::string file, std::vector<ScriptCommand> commands, CInput& input,
                              const CTrace& trace, IScriptHost& host)
     : m_strFile(std::move(file)), m_Commands(std::move(commands)), m_Input(input), m_Trace(trace),
@@ -129,7 +137,8 @@ void CScriptRunner::QueueClick(POINT point, bool twice)
     Queue(EScript::Frames, 1);
 }
 
-// The modifiers go down before the key and up behind it. A key that prints brings its character along.
+// The modifiers go down before the key and up behind it, in another frame: who gets the key asks whether they
+// are down now. A key that prints brings its character along.
 void CScriptRunner::QueueKeys(const std::vector<int>& keys)
 {
     bool plain = true;
@@ -144,6 +153,10 @@ void CScriptRunner::QueueKeys(const std::vector<int>& keys)
         Queue(EScript::Char, shift ? key : key - 'A' + 'a');
     else if (plain && ((key >= '0' && key <= '9' && !shift) || key == VK_SPACE))
         Queue(EScript::Char, key);
+    else if (plain && key >= VK_MULTIPLY && key <= VK_DIVIDE)
+        Queue(EScript::Char, KEYPAD_SIGNS[key - VK_MULTIPLY]);
+    if (keys.size() > 1)
+        Queue(EScript::Frames, 1);
     for (auto it = keys.rbegin(); it != keys.rend(); ++it)
         Queue(EScript::KeyUp, *it);
 }

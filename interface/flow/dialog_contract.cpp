@@ -9,6 +9,7 @@
 #include "flow/flow.h"
 #include "flow/helpdlg.h"
 #include "flow/maindlg.h"
+#include "flow/text_numbers.h"
 #include "flow/valuebox.h"
 #include "platform/system.h"
 #include "saves/filedlg.h"
@@ -23,6 +24,14 @@ namespace
 constexpr bool REQUIRED = true;
 constexpr int FILE_COLUMNS = 1;
 constexpr int SHIP_COLUMNS = 3;
+
+// What the code puts into controls.
+constexpr int BOX_BUTTON_TEXTS[] = {TEXT_OTHER_BUTTON};
+constexpr int BOX_CAPTION_TEXTS[] = {TEXT_MESSAGE_CAPTION, TEXT_ERROR_CAPTION, TEXT_LEAVE_CAPTION};
+constexpr int FILE_TITLE_TEXTS[] = {TEXT_IMPORT_TITLE};
+constexpr int DIFFICULTY_TEXTS[] = {TEXT_DIFFICULTY, TEXT_DIFFICULTY_NORMAL, TEXT_DIFFICULTY_HARD};
+constexpr int GO_ON_TEXTS[] = {TEXT_TO_CAMPAIGN, TEXT_TO_LOBBY};
+constexpr int RESULT_TEXTS[] = {TEXT_WON, TEXT_LOST};
 
 constexpr ControlRule MAIN_CONTROLS[] = {
     {CMainDlg::IDC_MENU, KIND_MENU, REQUIRED},
@@ -39,15 +48,15 @@ constexpr ControlRule MAIN_CONTROLS[] = {
 };
 
 constexpr ControlRule MESSAGE_CONTROLS[] = {
-    {CValueBox::IDC_FIRST, KIND_BUTTON},
-    {CValueBox::IDC_CAPTION, KIND_TEXTBOX},
+    {CValueBox::IDC_FIRST, KIND_BUTTON, false, 0, BOX_BUTTON_TEXTS},
+    {CValueBox::IDC_CAPTION, KIND_TEXTBOX, false, 0, BOX_CAPTION_TEXTS},
     {CValueBox::IDC_MESSAGE, KIND_TEXTBOX},
 };
 
 constexpr ControlRule QUESTION_CONTROLS[] = {
     {CValueBox::IDC_FIRST, KIND_BUTTON},
     {CValueBox::IDC_SECOND, KIND_BUTTON},
-    {CValueBox::IDC_CAPTION, KIND_TEXTBOX},
+    {CValueBox::IDC_CAPTION, KIND_TEXTBOX, false, 0, BOX_CAPTION_TEXTS},
     {CValueBox::IDC_MESSAGE, KIND_TEXTBOX},
 };
 
@@ -61,7 +70,7 @@ constexpr ControlRule EDIT_CONTROLS[] = {
 constexpr ControlRule FILE_CONTROLS[] = {
     {CFileDlg::IDC_CLOSE, KIND_BUTTON},   {CFileDlg::IDC_LIST, KIND_TABLE, false, FILE_COLUMNS},
     {CFileDlg::IDC_FOLDER, KIND_EDITBOX}, {CFileDlg::IDC_FILE, KIND_EDITBOX},
-    {CFileDlg::IDC_ACCEPT, KIND_BUTTON},  {CFileDlg::IDC_TITLE, KIND_TEXTBOX},
+    {CFileDlg::IDC_ACCEPT, KIND_BUTTON},  {CFileDlg::IDC_TITLE, KIND_TEXTBOX, false, 0, FILE_TITLE_TEXTS},
     {CFileDlg::IDC_UP, KIND_BUTTON},
 };
 
@@ -90,7 +99,7 @@ constexpr ControlRule SCENARIO_BRIEF_CONTROLS[] = {
     {CScenBriefDlg::IDC_FLAG_B, KIND_FLAGBOX},
     {CScenBriefDlg::IDC_BACK, KIND_BUTTON, REQUIRED},
     {CScenBriefDlg::IDC_EASIER, KIND_BUTTON},
-    {CScenBriefDlg::IDC_DIFFICULTY, KIND_TEXTBOX},
+    {CScenBriefDlg::IDC_DIFFICULTY, KIND_TEXTBOX, false, 0, DIFFICULTY_TEXTS},
     {CScenBriefDlg::IDC_HARDER, KIND_BUTTON},
 };
 
@@ -107,8 +116,8 @@ constexpr ControlRule CREDITS_CONTROLS[] = {
 
 constexpr ControlRule END_GAME_CONTROLS[] = {
     {CEndGameDlg::IDC_LEAVE, KIND_BUTTON},   {CEndGameDlg::IDC_STATISTICS, KIND_BUTTON},
-    {CEndGameDlg::IDC_AGAIN, KIND_BUTTON},   {CEndGameDlg::IDC_GO_ON, KIND_BUTTON},
-    {CEndGameDlg::IDC_LOOK_ON, KIND_BUTTON}, {CEndGameDlg::IDC_RESULT, KIND_TEXTBOX},
+    {CEndGameDlg::IDC_AGAIN, KIND_BUTTON},   {CEndGameDlg::IDC_GO_ON, KIND_BUTTON, false, 0, GO_ON_TEXTS},
+    {CEndGameDlg::IDC_LOOK_ON, KIND_BUTTON}, {CEndGameDlg::IDC_RESULT, KIND_TEXTBOX, false, 0, RESULT_TEXTS},
     {CEndGameDlg::IDC_ART, KIND_PICTUREBOX},
 };
 

@@ -595,7 +595,8 @@ TEST_F(BattleTest, AScenarioThatCannotBeReadLeadsBackWithABox)
             return line.starts_with("Battle: ") && line.find("test.sc") != std::string::npos;
         }));
         EXPECT_FALSE(trace.Find(0, "send 0x3aad").has_value()) << "no loading bar stays behind";
-        EXPECT_TRUE(Told("event code=20 value1=0 value2=70"));
+        EXPECT_TRUE(Told(content == nobodyFights ? "event code=20 value1=0 value2=71"
+                                                 : "event code=20 value1=0 value2=70"));
         EXPECT_EQ(State(), nullptr);
         EXPECT_LT(Find("sea"), 0);
     }

@@ -44,13 +44,13 @@ struct Expected {
     std::vector<std::string> faults;
 };
 const Expected BROKEN_FOLDER[] = {
-    {R"(resource\custom\)",
-     {
-         R"(: the texture "atoll.tf" can't be loaded: there is no such file)",
-     }},
     {R"(resource\custom\broken.ini)",
      {
          "(1): expected guid { and four numbers with commas between }",
+     }},
+    {R"(resource\custom\good.ini)",
+     {
+         R"(: the texture "atoll.tf" can't be loaded: there is no such file)",
      }},
     {R"(resource\textures\)",
      {
@@ -95,6 +95,8 @@ const Expected BROKEN_FOLDER[] = {
          "(19): control 10 of MessageBoxDlg has to be of the kind BUTTON",
          "(20): the section ends within this record",
          "(22): MessageBoxYesNoDlg has no DIALOG record, which gives it its place",
+         R"((23): text 83 "Attention" is 72 pixels wide with itfListFont, its place has 71)",
+         R"((23): text 12201 "Attention" is 72 pixels wide with itfListFont, its place has 71)",
          "(24): expected a record in front of the }",
          "(27): the rectangle 100, 0, 201, 20 isn't within the dialog",
          "(28): the rectangle 20, 0, 10, 20 has a negative size",
@@ -110,8 +112,10 @@ const Expected BROKEN_FOLDER[] = {
          R"((38): "Caption" is 56 pixels wide with itfListFont, its place has 55)",
          "(42): there is no table 20 above this record",
          "(43): table 20 of FileDlg has to have 1 columns, not 3",
+         "(43): the columns of table 20 end 1 pixels right of it",
          R"((44): "Name" is 32 pixels wide with itfBtnFont, its place has 31)",
          "(45): -1 is no size or count",
+         "(46): there is no column 3 in table 20 to sort by, they count from 0",
          "(46): the rectangle 100, 0, 201, 20 isn't within the table",
          "(47): there is no style FB_LEFT for a FLAGBOX",
          "(47): the flag 750, 0, 801, 40 isn't within the screen",
@@ -161,6 +165,7 @@ const Expected BROKEN_FOLDER[] = {
          R"((11): expected \n, \t, \q or \\ in a text)",
          "(12): expected a text in quotes behind the number",
          "(68): there is no text 13150, the program's TEXT_LEAVE_CAPTION",
+         "(68): there is no text 71, the message about a scenario without a battle",
      }},
     {R"(scenarios\broken.sc)",
      {
@@ -168,7 +173,9 @@ const Expected BROKEN_FOLDER[] = {
      }},
     {R"(scenarios\unknown.sc)",
      {
+         ": nobody in it can fight",
          ": there is no custom nation with the guid of its first side",
+         ": there is no flag 16 for its second side",
          R"(: there is no text 1999, the class of "One")",
      }},
 };

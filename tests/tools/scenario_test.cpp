@@ -163,6 +163,11 @@ TEST_F(ScenarioToolTest, CompilesAndDumps)
     EXPECT_EQ(Run("dump bad.txt c.txt"), 1);
     EXPECT_FALSE(fs::exists(roots.folder / "bad.sc") || fs::exists(roots.folder / "c.txt"));
     EXPECT_EQ(Run("dump missing c.txt"), 1);
+    EXPECT_EQ(Run("compile user c.sc"), 1) << "a folder";
+    EXPECT_EQ(Run("compile b.txt b.txt"), 1) << "its own source";
+    roots.Put("utf8.txt", std::string("// \xc3\x89tat\n") + HEAD + SIDES);
+    EXPECT_EQ(Run("compile utf8.txt c.sc"), 1);
+    EXPECT_NE(roots.Get("told").find("UTF-8"), std::string::npos);
     roots.Put("h.sc", "another file");
     roots.Put("back\\slash.txt", std::string(HEAD) + SIDES);
     EXPECT_EQ(Run("compile 'back\\slash.txt' H.SC"), 0);

@@ -49,6 +49,15 @@ void CCaptionCheck::Check(const DialogRecord& record, const DialogRecord* table)
     }
 }
 
+void CCaptionCheck::CheckText(const DialogRecord& record, int number, const char* text)
+{
+    DialogRecord filled = record;
+    filled.text = text;
+    m_strSource = "text " + std::to_string(number) + " ";
+    Check(filled, nullptr);
+    m_strSource.clear();
+}
+
 void CCaptionCheck::CheckTextBox(const DialogRecord& record)
 {
     const std::uint32_t style = ParseControlStyle(record.style);
@@ -78,8 +87,9 @@ void CCaptionCheck::CheckLabel(const DialogRecord& record)
         CheckWidth(record, name, Width(record.rcInner));
     if (lines * font->GetHeight() > room)
         m_Faults.Add(DIALOG_RESOURCE, record.line,
-                     "\"" + record.text + "\" takes " + std::to_string(lines * font->GetHeight()) +
-                         " pixels in height with " + name + ", its place has " + std::to_string(room));
+                     m_strSource + "\"" + record.text + "\" takes " +
+                         std::to_string(lines * font->GetHeight()) + " pixels in height with " + name +
+                         ", its place has " + std::to_string(room));
 }
 
 void CCaptionCheck::CheckWidth(const DialogRecord& record, const std::string& font, int room)
@@ -90,8 +100,8 @@ void CCaptionCheck::CheckWidth(const DialogRecord& record, const std::string& fo
         if (width <= room || record.text.empty())
             continue;
         m_Faults.Add(DIALOG_RESOURCE, record.line,
-                     "\"" + record.text + "\" is " + std::to_string(width) + " pixels wide with " + font +
-                         suffix + ", its place has " + std::to_string(room));
+                     m_strSource + "\"" + record.text + "\" is " + std::to_string(width) +
+                         " pixels wide with " + font + suffix + ", its place has " + std::to_string(room));
         return;
     }
 }

@@ -13,6 +13,8 @@ class CCaptionCheck
 
     /// Nothing for a kind without captions. table: the record of a column's table, else null.
     void Check(const DialogRecord& record, const DialogRecord* table);
+    /// The same for a text, of that number, that the code puts into the control.
+    void CheckText(const DialogRecord& record, int number, const char* text);
 
   private:
     void CheckTextBox(const DialogRecord& record);
@@ -21,4 +23,5 @@ class CCaptionCheck
 
     const CNameCheck& m_Names;
     CFaults& m_Faults;
+    std::string m_strSource; ///< before the text in a fault: where it comes from, if not from the record
 };

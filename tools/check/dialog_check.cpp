@@ -4,6 +4,7 @@
 #include <set>
 
 #include "engine/names.h"
+#include "text_check.h"
 
 namespace
 {
@@ -48,6 +49,10 @@ void CDialogCheck::Tell(int line, const std::string& text)
 
 void CDialogCheck::Run()
 {
+    {
+        const CDebugCapture untold; // the check of the texts tells what is wrong with them
+        m_Texts.Load(TEXT_RESOURCE);
+    }
     CDialogReader reader(m_Names, m_Faults);
     const std::vector<DialogSection> sections = reader.Read();
     std::set<std::string> seen;
@@ -99,14 +104,34 @@ void CDialogCheck::CheckRule(const DialogSection& section, const DialogRecord& r
                               CDialogReader::KeywordOf(known->kind));
         return;
     }
-    if (record.kind != KIND_TABLE)
-        return;
+    for (const int number : known->texts)
+        m_Captions.CheckText(record, number, m_Texts.GetText(number));
+    if (record.kind == KIND_TABLE)
+        CheckTable(section, record, known->columns);
+}
+
+void CDialogCheck::CheckTable(const DialogSection& section, const DialogRecord& record, int wanted)
+{
     const auto columns = std::ranges::count_if(section.records, [&record](const DialogRecord& column) {
         return column.kind == KIND_COLUMN && column.owner == record.id && column.column >= 0;
     });
-    if (columns != known->columns)
-        Tell(record.line, "table " + id + " of " + section.name + " has to have " +
-                              std::to_string(known->columns) + " columns, not " + std::to_string(columns));
+    const std::string id = std::to_string(record.id);
+    if (columns != wanted)
+        Tell(record.line, "table " + id + " of " + section.name + " has to have " + std::to_string(wanted) +
+                              " columns, not " + std::to_string(columns));
+    int right = record.rcInner.left;
+    for (const DialogRecord& column : section.records) {
+        if (column.kind != KIND_COLUMN || column.owner != record.id || column.column < 0)
+            continue;
+        if (column.column >= columns)
+            Tell(column.line, "there is no column " + std::to_string(column.column) + " in table " + id +
+                                  " to sort by, they count from 0");
+        right += column.width;
+    }
+    const int beyond = right - (record.rc.right - record.rc.left);
+    if (beyond > 0)
+        Tell(record.line,
+             "the columns of table " + id + " end " + std::to_string(beyond) + " pixels right of it");
 }
 
 void CDialogCheck::CheckLacking(const DialogSection& section, const DialogRule& rule)

@@ -5,6 +5,7 @@
 #include "caption_check.h"
 #include "dialog_reader.h"
 #include "flow/dialog_contract.h"
+#include "logic/text_table.h"
 
 class CDialogCheck
 {
@@ -23,9 +24,11 @@ class CDialogCheck
     void CheckLacking(const DialogSection& section, const DialogRule& rule);
     void CheckRects(const DialogSection& section, const DialogRecord& record);
     void CheckInside(int line, const RECT& rect, int width, int height, const char* what, const char* of);
+    void CheckTable(const DialogSection& section, const DialogRecord& record, int wanted);
     void Tell(int line, const std::string& text);
 
     const CNameCheck& m_Names;
     CFaults& m_Faults;
     CCaptionCheck m_Captions;
+    CTextTable m_Texts; ///< for the captions that the code sets
 };

@@ -210,7 +210,7 @@ void CDialogReader::ReadField(char field, DialogRecord& record)
         break;
     case 's': // a header cell without a column has no use for its width
         if (record.column >= 0)
-            ReadSize();
+            record.width = ReadSize();
         else
             ReadInt();
         break;

@@ -23,6 +23,7 @@ struct DialogRecord {
     int id = 0;
     int owner = 0;  ///< of an item or a column: the menu or table
     int column = 0; ///< its index
+    int width = 0;  ///< its width in pixels
     RECT rc;
     RECT rcInner; ///< the whole control where the resource gives none
     RECT rcFlag;  ///< of a flag box: where the flag waves on the screen

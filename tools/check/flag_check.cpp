@@ -51,7 +51,7 @@ void CFlagCheck::CheckNations()
     }
     char texture[MAX_PATH];
     for (int i = 0; m_Nations.GetFlagFile(i, FLAG_FLYING, texture, sizeof texture); ++i)
-        CheckTexture(texture, NATIONS, 0);
+        CheckTexture(texture, m_Nations.FileOf(i), 0);
 }
 
 void CFlagCheck::CheckTexture(const std::string& texture, const std::string& file, int line)

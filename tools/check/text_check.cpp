@@ -1,9 +1,11 @@
 #include "text_check.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <variant>
 
+#include "battle/battle_sim.h"
 #include "battle/chart_texts.h"
 #include "flow/text_numbers.h"
 #include "keelworks/scenario_parser.h"
@@ -15,8 +17,6 @@
 
 namespace
 {
-
-constexpr char TEXTS[] = "resource\\txt_res\\texts.ini";
 
 /// First and last of each group of the chart's texts.
 constexpr int CHART_TEXTS[][2] = {
@@ -43,12 +43,14 @@ class CTextCheck
         const std::vector<ResourceToken> tokens = ReadTable();
         const int end = tokens.back().line;
         for (const TextNumberRow& row : TextNumbers())
-            Use(row.number, TEXTS, end, std::string("the program's ") + row.name);
-        Use(CLogic::TEXT_SECRET, TEXTS, end, "the answer to the hidden code");
-        Use(CBattleStage::TEXT_BROKEN_SCENARIO, TEXTS, end, "the message about a broken scenario");
+            Use(row.number, TEXT_RESOURCE, end, std::string("the program's ") + row.name);
+        Use(CLogic::TEXT_SECRET, TEXT_RESOURCE, end, "the answer to the hidden code");
+        Use(CBattleStage::TEXT_BROKEN_SCENARIO, TEXT_RESOURCE, end, "the message about a broken scenario");
+        Use(CBattleStage::TEXT_NO_FIGHTER, TEXT_RESOURCE, end,
+            "the message about a scenario without a battle");
         for (const auto& [first, last] : CHART_TEXTS) {
             for (int number = first; number <= last; ++number)
-                Use(number, TEXTS, end, "a word of the battle's chart");
+                Use(number, TEXT_RESOURCE, end, "a word of the battle's chart");
         }
         for (const NumberedRow& flag : m_Flags.Rows())
             Use(flag.number, CFlagCheck::FLAGS, flag.line, "the name of this flag's nation");
@@ -56,7 +58,7 @@ class CTextCheck
             UseScenarios(scenarios.folder, scenarios.pattern);
         for (const auto& [number, line] : m_Lines) {
             if (!m_Used.contains(number))
-                m_Faults.Add(TEXTS, line, "nothing uses text " + std::to_string(number));
+                m_Faults.Add(TEXT_RESOURCE, line, "nothing uses text " + std::to_string(number));
         }
     }
 
@@ -64,14 +66,14 @@ class CTextCheck
     // The faults are those that the game's own table finds.
     std::vector<ResourceToken> ReadTable()
     {
-        std::vector<ResourceToken> tokens = ReadTokens(TEXTS, m_Faults);
+        std::vector<ResourceToken> tokens = ReadTokens(TEXT_RESOURCE, m_Faults);
         for (const NumberedRow& row : NumberedRows(tokens, 1))
             m_Lines.try_emplace(row.number, row.line);
         if (tokens.size() > 1) {
             const CDebugCapture capture;
-            CTextTable().Load(TEXTS);
+            CTextTable().Load(TEXT_RESOURCE);
             for (const std::string& line : capture.Lines())
-                m_Faults.AddDebugLine(line, TEXTS, 0);
+                m_Faults.AddDebugLine(line, TEXT_RESOURCE, 0);
         }
         return tokens;
     }
@@ -106,6 +108,8 @@ class CTextCheck
             m_Faults.Add(path, 0, told.starts_with(prefix) ? told.substr(prefix.size()) : told);
             return;
         }
+        if (!CBattleSim::CanBeFought(parser.GetScenario()))
+            m_Faults.Add(path, 0, "nobody in it can fight");
         const SCSETT_STRUCT& settings = *parser.GetScSettings();
         const CUSTOM_RESOURCE_DATA& custom = *parser.GetCustomResourceData();
         UseSide(path, "first", settings.nSideANation, custom.bCustomA != 0, custom.guidA);
@@ -124,10 +128,15 @@ class CTextCheck
     void UseSide(const std::string& path, const std::string& side, int nation, bool custom,
                  const CObjGUID& guid)
     {
-        if (!custom)
-            Use(nation, path, 0, "the name of its " + side + " side");
-        else if (!m_Flags.HasNation(guid))
-            m_Faults.Add(path, 0, "there is no custom nation with the guid of its " + side + " side");
+        if (custom) {
+            if (!m_Flags.HasNation(guid))
+                m_Faults.Add(path, 0, "there is no custom nation with the guid of its " + side + " side");
+            return;
+        }
+        Use(nation, path, 0, "the name of its " + side + " side");
+        if (std::ranges::find(m_Flags.Rows(), nation, &NumberedRow::number) == m_Flags.Rows().end())
+            m_Faults.Add(path, 0,
+                         "there is no flag " + std::to_string(nation) + " for its " + side + " side");
     }
 
     CFaults& m_Faults;

@@ -1,6 +1,7 @@
 // seawarden-scenario: makes a scenario file from its readable form, or the readable form from a scenario
 // file.
 
+#include <bit>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -8,6 +9,7 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "keelworks/scenario_parser.h"
@@ -29,7 +31,7 @@ constexpr const char* USAGE = "usage: seawarden-scenario compile IN.scn.txt OUT.
 std::vector<char> ReadAll(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);
-    if (!in)
+    if (!in || fs::is_directory(path))
         throw fopen_exception(path);
     return {std::istreambuf_iterator<char>(in), {}};
 }
@@ -49,10 +51,39 @@ void WriteAll(const std::string& path, std::string_view content)
         throw scenario_exception(path + ": can't be written");
 }
 
+/// Whether every byte beyond ASCII belongs to a character of UTF-8, and there are such. Hardly any text in
+/// code page 1252 with an accent in it is so.
+bool IsUtf8(const std::vector<char>& text)
+{
+    constexpr unsigned SINGLE = 0x80; // a byte below stands for itself
+    constexpr unsigned FOLLOWS_MASK = 0xc0;
+    constexpr int MOST_FOLLOWING = 3;
+    bool found = false;
+    for (std::size_t i = 0; i < text.size();) {
+        const auto lead = static_cast<unsigned char>(text[i++]);
+        if (lead < SINGLE)
+            continue;
+        const int following = std::countl_one(lead) - 1;
+        if (following < 1 || following > MOST_FOLLOWING)
+            return false;
+        for (int left = following; left > 0; --left, ++i) {
+            if (i == text.size() || (static_cast<unsigned char>(text[i]) & FOLLOWS_MASK) != SINGLE)
+                return false;
+        }
+        found = true;
+    }
+    return found;
+}
+
 void Compile(const std::string& in, const std::string& out)
 {
+    std::vector<char> text = ReadAll(in);
+    if (IsUtf8(text))
+        throw scenario_exception(in + ": is in UTF-8; save it in code page 1252");
+    if (fs::exists(out) && fs::equivalent(in, out))
+        throw scenario_exception(out + ": would replace its own source");
     ds_file_buffered file;
-    file.open_memory(in, ReadAll(in));
+    file.open_memory(in, std::move(text));
     const CScenarioWriter writer(ReadScenarioText(file));
     WriteAll(out, {writer.GetBytes().data(), writer.GetBytes().size()});
 }
