@@ -2,20 +2,21 @@
 // length in its header made right, so that the rest of the reader is reached.
 
 #include <algorithm>
+#include <cstring>
 #include <stdexcept>
 #include <vector>
 
+#include "frame.h"
 #include "lib/bmpfile.h"
 #include "lib/tgafile.h"
-#include "picture_fuzz.h"
 
 namespace
 {
 
-constexpr std::size_t LENGTH_AT = 2; ///< in the file header, four bytes
+constexpr std::size_t LENGTH_AT = 2; ///< in the file header
 constexpr char IN[] = "in.bmp";
 constexpr char OUT[] = "out.tga";
-constexpr std::uint32_t TGA_HEADER_BYTES = 18;
+constexpr int TGA_HEADER_BYTES = 18;
 /// Larger pictures are read by their rows alone.
 constexpr int MOST_PIXELS = 1 << 16;
 
@@ -25,29 +26,30 @@ int TgaPixelBytes(int bits)
     return bits == 4 || bits == 8 ? 1 : bits == 24 ? 3 : 0;
 }
 
+void ReadRow(CBmpFile& bmp, int y, std::vector<std::uint8_t>& row)
+{
+    bmp.GetBits() == 4   ? bmp.ReadRow4(y, row.data())
+    : bmp.GetBits() == 8 ? bmp.ReadRow8(y, row.data())
+                         : bmp.ReadRow24(y, row.data());
+}
+
 void ReadRows(CBmpFile& bmp)
 {
     const int bytes = TgaPixelBytes(bmp.GetBits());
-    std::vector<std::uint8_t> row(static_cast<std::size_t>(bmp.GetWidth()) * 3);
-    std::vector<std::uint8_t> rows;
     const int height = bmp.GetHeight();
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(bmp.GetWidth()) * 3);
     for (int y = height - 1; y >= 0; y -= 1 + height / 64) {
-        bmp.GetBits() == 4   ? bmp.ReadRow4(y, row.data())
-        : bmp.GetBits() == 8 ? bmp.ReadRow8(y, row.data())
-                             : bmp.ReadRow24(y, row.data());
-        if (bmp.GetBits() == 4) {
-            for (int x = 0; x < bmp.GetWidth(); ++x)
-                Require(row[static_cast<std::size_t>(x)] < 16, "a pixel of 4 bits");
-        }
+        ReadRow(bmp, y, row);
+        Require(bmp.GetBits() != 4 || std::all_of(row.begin(), row.begin() + bmp.GetWidth(),
+                                                  [](std::uint8_t pixel) { return pixel < 16; }),
+                "a pixel of 4 bits");
     }
-    if (bytes == 0 || bmp.GetWidth() * height > MOST_PIXELS || bmp.GetBits() == 4)
+    if (bytes == 0 || bmp.GetWidth() * height > MOST_PIXELS || bmp.GetBits() == 4 || height == 0)
         return;
     std::vector<std::uint8_t> all(static_cast<std::size_t>(bmp.GetWidth() * height * bytes));
     bytes == 1 ? bmp.ReadAll8(all.data()) : bmp.ReadAll24(all.data());
-    const std::size_t rowBytes = height != 0 ? all.size() / static_cast<std::size_t>(height) : 0;
-    if (height != 0)
-        bytes == 1 ? bmp.ReadRow8(height - 1, row.data()) : bmp.ReadRow24(height - 1, row.data());
-    Require(std::equal(all.end() - static_cast<std::ptrdiff_t>(rowBytes), all.end(), row.begin()),
+    ReadRow(bmp, height - 1, row);
+    Require(std::equal(all.end() - bmp.GetWidth() * bytes, all.end(), row.begin()),
             "all rows at once are the rows one by one");
 }
 
@@ -57,24 +59,22 @@ void CheckTga(const CBmpFile& bmp, int pixelBytes)
     CTgaFile tga;
     Require(tga.Load(OUT), "the TGA is read");
     Require(tga.GetWidth() == bmp.GetWidth() && tga.GetHeight() == bmp.GetHeight(), "its size");
-    const std::uint32_t map = pixelBytes != 4 ? static_cast<std::uint32_t>(bmp.GetColorCount()) * 3 : 0;
-    Require(tga.GetPosition() == TGA_HEADER_BYTES + map, "the place of its pixels");
-    Require(tga.GetLength() - tga.GetPosition() == static_cast<std::uint32_t>(bmp.GetWidth()) *
-                                                       static_cast<std::uint32_t>(bmp.GetHeight()) *
-                                                       static_cast<std::uint32_t>(pixelBytes),
+    const int start = TGA_HEADER_BYTES + (pixelBytes != 4 ? bmp.GetColorCount() * 3 : 0);
+    Require(static_cast<int>(tga.GetPosition()) == start, "the place of its pixels");
+    Require(static_cast<int>(tga.GetLength()) == start + bmp.GetWidth() * bmp.GetHeight() * pixelBytes,
             "its length");
 }
 
 void Try(const std::vector<std::uint8_t>& bytes)
 {
-    FuzzFolder::Get().Put(IN, bytes.data(), bytes.size());
+    PutFile(IN, bytes.data(), bytes.size());
     CBmpFile bmp;
     if (!bmp.Load(IN)) {
         Require(!bmp.IsOpen() && !bmp.IsLoaded(), "a refused file is closed");
         return;
     }
-    Require(bmp.GetWidth() >= 0 && bmp.GetWidth() <= static_cast<int>(CBmpFile::MAX_SIDE) &&
-                bmp.GetHeight() >= 0 && bmp.GetHeight() <= static_cast<int>(CBmpFile::MAX_SIDE),
+    constexpr int MOST = static_cast<int>(CBmpFile::MAX_SIDE);
+    Require(bmp.GetWidth() >= 0 && bmp.GetWidth() <= MOST && bmp.GetHeight() >= 0 && bmp.GetHeight() <= MOST,
             "the sides");
     Require(bmp.GetColorCount() >= 0 && bmp.GetColorCount() <= CBmpFile::PALETTE_SIZE, "the palette");
     try {
@@ -100,10 +100,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     std::vector<std::uint8_t> bytes(data, data + size);
     Try(bytes);
-    if (size < LENGTH_AT + sizeof(std::uint32_t))
+    const auto length = static_cast<std::uint32_t>(size);
+    if (size < LENGTH_AT + sizeof length)
         return 0;
-    for (std::size_t i = 0; i < sizeof(std::uint32_t); ++i)
-        bytes[LENGTH_AT + i] = static_cast<std::uint8_t>(size >> (8 * i) & 0xffU);
+    std::memcpy(bytes.data() + LENGTH_AT, &length, sizeof length);
     Try(bytes);
     return 0;
 }

@@ -1,19 +1,16 @@
 // The file of logical names from unknown hands: read, then every name is used.
 
 #include <algorithm>
-#include <cstdint>
 #include <strings.h>
 #include <vector>
 
-#include "fake_host.h"
 #include "keelworks/ds_file.h"
 #include "kernel/itfdialog.h"
 #include "kernel/nameloader.h"
+#include "toolkit_frame.h"
 
 namespace
 {
-
-using fuzz::Require;
 
 /// A font is looked for on the disk.
 constexpr std::size_t MOST_FONTS = 16;
@@ -29,7 +26,7 @@ std::size_t CheckRows(const std::vector<NameRow>& rows)
     return bytes;
 }
 
-void UseSprites(CItfWnd& wnd)
+void UseNames(CItfWnd& wnd)
 {
     const std::vector<NameRow>& rows = Toolkit().spriteMap;
     for (const NameRow& row : rows) {
@@ -42,22 +39,18 @@ void UseSprites(CItfWnd& wnd)
         wnd.ReleaseSprite(sprite);
         wnd.ReleaseSprite(sprite);
     }
-}
-
-void UseFonts(CItfWnd& wnd)
-{
-    const std::vector<NameRow>& rows = Toolkit().fontMap;
-    for (std::size_t i = 0; i < std::min(rows.size(), MOST_FONTS); ++i)
-        Require(wnd.AcquireFont(rows[i].name.c_str()) < 0, "there is no font in an empty folder");
+    const std::vector<NameRow>& fonts = Toolkit().fontMap;
+    for (std::size_t i = 0; i < std::min(fonts.size(), MOST_FONTS); ++i)
+        Require(wnd.AcquireFont(fonts[i].name.c_str()) < 0, "there is no font in an empty folder");
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static fuzz::FakeHost host;
-    static fuzz::FakeEngine engine;
-    static const fuzz::EmptyRoots roots;
+    static seawarden_test::FakeHost host;
+    static FuzzEngine engine;
+    Roots();
     host.debug.clear();
     ds_file_buffered file;
     file.open_memory("fuzz.ini", std::vector<char>(data, data + size));
@@ -71,16 +64,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(host.debug.size() == 1 && host.debug[0].rfind("fuzz.ini(", 0) == 0, "a mistake is told");
         return 0;
     }
-    {
-        CItfWnd wnd;
-        const RECT rect = {0, 0, 1, 1};
-        Require(wnd.Create("", "", &rect, nullptr, 0, 0, &engine), "a window");
-        const std::size_t surfaces = engine.render.Count();
-        UseSprites(wnd);
-        UseFonts(wnd);
-        Require(engine.render.Count() == surfaces, "every sprite is given back");
-    }
-    Toolkit().spriteMap.clear();
-    Toolkit().fontMap.clear();
+    CItfWnd wnd;
+    const RECT rect = {0, 0, 1, 1};
+    Require(wnd.Create("", "", &rect, nullptr, 0, 0, &engine), "a window");
+    const int surfaces = engine.surfaces.Count();
+    UseNames(wnd);
+    Require(engine.surfaces.Count() == surfaces, "every sprite is given back");
     return 0;
 }

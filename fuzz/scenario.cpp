@@ -3,12 +3,11 @@
 // made right, so that the rest of the parser is reached.
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
+#include "frame.h"
 #include "keelworks/crc32.h"
 #include "keelworks/scenario_parser.h"
 #include "keelworks/scenario_writer.h"
@@ -20,14 +19,6 @@ namespace
 constexpr std::size_t CHECKSUM_OFFSET = 4;
 constexpr int ALL_TYPES = 0xff;
 
-void Require(bool holds, const char* what)
-{
-    if (!holds) {
-        std::fprintf(stderr, "broken: %s\n", what);
-        std::abort();
-    }
-}
-
 /// Looks at each item as a dialog would.
 class CItemReader : public CScenarioParser
 {
@@ -36,39 +27,26 @@ class CItemReader : public CScenarioParser
     {
         Require(category == SCENARIO_UNITS, "the category");
         ++items;
-        switch (type) {
-        case SCENARIO_SHIP:
-            Look(*static_cast<const ScenarioShip*>(item), SCENARIO_NEUTRAL);
-            break;
-        case SCENARIO_BALLOON:
-            Look(*static_cast<const ScenarioBalloon*>(item), SCENARIO_SIDE_B);
-            break;
-        case SCENARIO_SUBMARINE:
-            Look(*static_cast<const ScenarioSubmarine*>(item), SCENARIO_SIDE_B);
-            break;
-        default:
-            Require(false, "the type");
-        }
-        return 1;
+        if (type == SCENARIO_SHIP)
+            return Look(*static_cast<const ScenarioShip*>(item), SCENARIO_NEUTRAL);
+        if (type == SCENARIO_BALLOON)
+            return Look(*static_cast<const ScenarioBalloon*>(item), SCENARIO_SIDE_B);
+        Require(type == SCENARIO_SUBMARINE, "the type");
+        return Look(*static_cast<const ScenarioSubmarine*>(item), SCENARIO_SIDE_B);
     }
 
     std::size_t items = 0;
 
   private:
-    template <std::size_t N>
-    static void Ends(const char (&text)[N])
-    {
-        Require(std::find(text, text + N, '\0') != text + N, "a text of an item ends");
-    }
-
     template <class Item>
-    static void Look(const Item& item, int mostSide)
+    static int Look(const Item& item, int mostSide)
     {
-        Ends(item.unit.szFullName);
-        Ends(item.unit.szName);
-        Ends(item.unit.szModel);
-        Ends(item.unit.szCode);
+        const auto ends = [](const auto& text) { return std::memchr(text, 0, sizeof text) != nullptr; };
+        Require(ends(item.unit.szFullName) && ends(item.unit.szName) && ends(item.unit.szModel) &&
+                    ends(item.unit.szCode),
+                "a text of an item ends");
         Require(item.nSide >= 0 && item.nSide <= mostSide, "the side of an item");
+        return 1;
     }
 };
 
@@ -99,13 +77,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     std::vector<char> bytes(data, data + size);
     Read(bytes);
-    if (size < CHECKSUM_OFFSET + sizeof(std::uint32_t))
+    std::uint32_t sum = 0;
+    if (size < CHECKSUM_OFFSET + sizeof sum)
         return 0;
-    const auto place = bytes.begin() + CHECKSUM_OFFSET;
-    std::fill_n(place, sizeof(std::uint32_t), '\0');
-    const std::uint32_t sum = Crc32(bytes.data(), bytes.size());
-    for (unsigned i = 0; i < sizeof sum; ++i)
-        place[i] = static_cast<char>(sum >> (8 * i) & 0xffU);
+    std::memcpy(bytes.data() + CHECKSUM_OFFSET, &sum, sizeof sum);
+    sum = Crc32(bytes.data(), bytes.size());
+    std::memcpy(bytes.data() + CHECKSUM_OFFSET, &sum, sizeof sum);
     Read(bytes);
     return 0;
 }

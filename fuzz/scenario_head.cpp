@@ -3,44 +3,23 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
-#include <unistd.h>
-
-#include "fake_host.h"
+#include "frame.h"
 #include "scenario/scenhead.h"
 
 namespace
 {
 
-/// One file, overwritten for each input.
-class File
+/// Up to the next zero byte or the end, behind which `at` stands then.
+std::string Text(const std::string& bytes, std::size_t& at, std::size_t most)
 {
-  public:
-    File()
-        : m_strPath(
-              (std::filesystem::temp_directory_path() / ("head" + std::to_string(getpid()) + ".sc")).string())
-    {
-    }
-    ~File() { std::remove(m_strPath.c_str()); }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-
-    const char* Path() const { return m_strPath.c_str(); }
-    void Write(const std::string& bytes) const
-    {
-        std::FILE* file = std::fopen(Path(), "wb");
-        fuzz::Require(file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() &&
-                          std::fclose(file) == 0,
-                      "the file is written");
-    }
-
-  private:
-    std::string m_strPath;
-};
+    const std::size_t end = std::min(bytes.find('\0', at), bytes.size());
+    const std::string text = bytes.substr(at, std::min(end - at, most));
+    at = std::min(end + 1, bytes.size());
+    return text;
+}
 
 /// What the head of these bytes is; false when there is none.
 bool PlainHead(const std::string& bytes, ScenarioHead& out)
@@ -55,11 +34,8 @@ bool PlainHead(const std::string& bytes, ScenarioHead& out)
         std::memcpy(&out.custom, bytes.data() + at, sizeof out.custom);
         at += sizeof out.custom;
     }
-    const std::size_t titleEnd = std::min(bytes.find('\0', at), bytes.size());
-    out.title = bytes.substr(at, std::min(titleEnd - at, std::size_t{SCENARIO_MAX_TITLE}));
-    at = std::min(titleEnd + 1, bytes.size());
-    const std::size_t end = std::min(bytes.find('\0', at), bytes.size());
-    out.description = bytes.substr(at, std::min(end - at, std::size_t{SCENARIO_MAX_DESCRIPTION}));
+    out.title = Text(bytes, at, SCENARIO_MAX_TITLE);
+    out.description = Text(bytes, at, SCENARIO_MAX_DESCRIPTION);
     return true;
 }
 
@@ -74,18 +50,15 @@ bool Same(const ScenarioHead& a, const ScenarioHead& b)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static fuzz::FakeHost host;
-    static const File file;
-    const std::string bytes(reinterpret_cast<const char*>(data), size);
-    file.Write(bytes);
+    PutFile("head.sc", data, size);
     ScenarioHead plain;
     ScenarioHead read;
-    const bool has = PlainHead(bytes, plain);
-    fuzz::Require(ReadScenarioHead(file.Path(), true, read) == has, "whether there is a head");
-    fuzz::Require(!has || Same(read, plain), "the head");
-    fuzz::Require(HasWholeScenarioHead(file.Path()) == (size >= sizeof(SCENARIO_HEADER)), "a whole head");
+    const bool has = PlainHead(std::string(data, data + size), plain);
+    Require(ReadScenarioHead("head.sc", true, read) == has, "whether there is a head");
+    Require(!has || Same(read, plain), "the head");
+    Require(HasWholeScenarioHead("head.sc") == (size >= sizeof(SCENARIO_HEADER)), "a whole head");
     plain.description.clear();
-    fuzz::Require(ReadScenarioHead(file.Path(), false, read) == has && (!has || Same(read, plain)),
-                  "the head without its description");
+    Require(ReadScenarioHead("head.sc", false, read) == has && (!has || Same(read, plain)),
+            "the head without its description");
     return 0;
 }

@@ -1,14 +1,12 @@
 // Pictures from unknown hands through every conversion. The first three bytes of the input choose sizes and
 // format; the rest is a bitmap file.
 
-#include <algorithm>
-#include <cstdint>
 #include <vector>
 
+#include "frame.h"
 #include "lib/reducecolours.h"
 #include "lib/textures.h"
 #include "lib/tffile.h"
-#include "picture_fuzz.h"
 
 namespace
 {
@@ -33,6 +31,16 @@ std::vector<std::uint8_t> Reduce(const CTexImage& picture)
     return palette;
 }
 
+void Save(const CTexImage& image)
+{
+    Require(SaveAsTexture(image, "out.tf"), "saving");
+    CTfFile file;
+    file.m_sName = "out.tf";
+    Require(file.LoadHeader() && file.m_nCount16 == LevelCount(image) && file.m_nCount8 == 0, "the header");
+    for (file.m_nLevel = 0; file.m_nLevel < file.m_nCount16; ++file.m_nLevel)
+        Require(file.Load(), "each level");
+}
+
 void Convert(const CTexImage& picture, int w, int h, std::uint32_t format)
 {
     CTexImage other;
@@ -50,16 +58,8 @@ void Convert(const CTexImage& picture, int w, int h, std::uint32_t format)
         shrunk.CopyEdges(static_cast<std::uint32_t>(w));
         shrunk.ToggleAlpha();
     }
-    // The textures of pictures without alpha and with it.
-    for (const CTexImage* image : {&picture, static_cast<const CTexImage*>(&back)}) {
-        Require(SaveAsTexture(*image, "out.tf"), "saving");
-        CTfFile file;
-        file.m_sName = "out.tf";
-        Require(file.LoadHeader() && file.m_nCount16 == LevelCount(*image) && file.m_nCount8 == 0,
-                "the header");
-        for (file.m_nLevel = 0; file.m_nLevel < file.m_nCount16; ++file.m_nLevel)
-            Require(file.Load(), "each level");
-    }
+    Save(picture);
+    Save(back); // with alpha
 }
 
 } // namespace
@@ -68,8 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     if (size < CHOICES)
         return 0;
-    const FuzzFolder& folder = FuzzFolder::Get();
-    folder.Put("in.bmp", data + CHOICES, size - CHOICES);
+    PutFile("in.bmp", data + CHOICES, size - CHOICES);
     CTexImage picture;
     const bool loaded = picture.LoadBmp("in.bmp");
     Require(ConvertToTexture("in.bmp", "out.tf", data[0], data[1]) == loaded, "the conversion as a whole");

@@ -2,10 +2,9 @@
 // read as the same.
 
 #include <algorithm>
-#include <cstdint>
 
+#include "frame.h"
 #include "lib/tffile.h"
-#include "picture_fuzz.h"
 
 namespace
 {
@@ -36,8 +35,7 @@ void WriteAlone(const CTexImage& level, bool b16Bit)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const FuzzFolder& folder = FuzzFolder::Get();
-    folder.Put("in.tf", data, size);
+    PutFile("in.tf", data, size);
     CTfFile file;
     file.m_sName = "in.tf";
     if (!file.LoadHeader()) {

@@ -2,11 +2,10 @@
 // as well find a BMP.
 
 #include <stdexcept>
-#include <vector>
 
+#include "frame.h"
 #include "lib/bmpfile.h"
 #include "lib/tgafile.h"
-#include "picture_fuzz.h"
 
 namespace
 {
@@ -19,7 +18,7 @@ constexpr std::size_t MAP_DEPTH_AT = 7;
 /// Whether the file at OUT is a TGA of that size.
 void CheckTga(int width, int height, int depth)
 {
-    const std::vector<std::uint8_t> bytes = FuzzFolder::Get().Get(OUT);
+    const std::string bytes = Roots().Get(std::string("user/") + OUT);
     Require(bytes.size() > MAP_DEPTH_AT, "the TGA is there");
     // A colour map that its header tells of may have got another depth, which no reader takes.
     const bool foreignMap = bytes[MAP_TYPE_AT] == 1 && bytes[MAP_DEPTH_AT] != 24;
@@ -53,7 +52,7 @@ void Import(int width, int height, int depth)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    FuzzFolder::Get().Put(IN, data, size);
+    PutFile(IN, data, size);
     CBmpFile bmp;
     if (bmp.Load(IN)) {
         // Without a palette the head tells of true colour, whatever the rows hold.

@@ -18,8 +18,8 @@ struct BmpBuilder {
     std::uint32_t width = 2;
     std::uint32_t height = 2;
     std::uint32_t bits = 24;
-    std::uint32_t colours = 0;    ///< entry i is blue i, green i + 1, red i + 2, and 0xee
-    std::uint32_t infoSize = 40;  ///< room taken up to the palette, less the file header
+    std::uint32_t colours = 0;   ///< entry i is blue i, green i + 1, red i + 2, and 0xee
+    std::uint32_t infoSize = 40; ///< room taken up to the palette, less the file header; 12 is the short form
     std::uint32_t lengthMore = 0; ///< what the header tells above the real length
     std::uint32_t offsetMore = 0; ///< and above the real place of the pixels
     std::uint32_t planes = 1;
@@ -32,14 +32,17 @@ struct BmpBuilder {
     {
         return static_cast<std::uint8_t>(row * Stride() + byte + 1);
     }
+    /// Of a picture that no file could hold the pixels are left out.
     std::string Bytes() const
     {
-        std::string info = Le(infoSize, 4) + Le(width, 4) + Le(height, 4) + Le(planes, 2) + Le(bits, 2) +
-                           Le(compression, 4) + std::string(20, '\0');
+        constexpr std::uint64_t MOST_PIXELS = 1 << 20;
+        const int side = infoSize == 12 ? 2 : 4;
+        std::string info = Le(infoSize, 4) + Le(width, side) + Le(height, side) + Le(planes, 2) + Le(bits, 2);
+        info += Le(compression, 4) + std::string(20, '\0');
         info.resize(infoSize, '\x55');
         for (std::uint32_t i = 0; i < colours; ++i)
             info += Le(i, 1) + Le(i + 1, 1) + Le(i + 2, 1) + '\xee';
-        const std::uint32_t rows = height <= 16384 ? height : 0;
+        const std::uint32_t rows = std::uint64_t{width} * height <= MOST_PIXELS ? height : 0;
         for (std::uint32_t y = 0; y < rows; ++y)
             for (std::uint32_t x = 0; x < Stride(); ++x)
                 info += static_cast<char>(PixelByte(y, x));

@@ -4,14 +4,15 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <optional>
+#include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "battle/battle_loader.h"
 #include "engine/world.h"
 #include "entities/battle_game.h"
 #include "entities/battle_logic.h"
+#include "game/battle_units.h"
 #include "keelworks/scenario_writer.h"
 #include "logic/logic.h"
 #include "platform/input.h"
@@ -19,6 +20,7 @@
 #include "script/dialog_rects.h"
 #include "sound/sound.h"
 #include "support/fakes.h"
+#include "support/rows.h"
 
 namespace
 {
@@ -30,32 +32,10 @@ constexpr int FRAME = 125; ///< milliseconds: a whole number of steps
 constexpr std::int64_t FRAME_TIME = std::int64_t{FRAME} * CBattleSim::TIME_SCALE;
 static_assert(FRAME_TIME % CBattleSim::STEP == 0);
 
-ScenarioShip Ship(int side, int x, int y, int heading = 90)
+Scenario MakeScenario()
 {
-    ScenarioShip ship;
-    std::snprintf(ship.unit.szName, sizeof(ship.unit.szName), "Ship");
-    ship.figures.nLength = 120;
-    ship.figures.nSpeed = 20;
-    ship.figures.nHullMiddle = 60;
-    ship.figures.nMainGuns = 4;
-    ship.figures.nMainCalibre = 120;
-    ship.place.nX = x;
-    ship.place.nY = y;
-    ship.place.nHeading = heading;
-    ship.place.nKnots = 10;
-    ship.nSide = side;
-    return ship;
-}
-
-Scenario MakeScenario(int hours = 10, bool morning = true)
-{
-    Scenario scenario;
+    Scenario scenario = ScenarioOf({ShipAt(0, -3000, -1000), ShipAt(1, 3000, 1000, 270)});
     scenario.title = "The Narrows";
-    scenario.description = "Two ships.";
-    std::snprintf(scenario.header.szScene, sizeof(scenario.header.szScene), "seabattle");
-    scenario.header.nHours = hours;
-    scenario.header.nTimeFlags = morning ? SCENARIO_TIME_AM : 0;
-    scenario.items = {Ship(SCENARIO_SIDE_A, -3000, -1000), Ship(SCENARIO_SIDE_B, 3000, 1000, 270)};
     return scenario;
 }
 
@@ -81,6 +61,7 @@ class BattleTest : public ::testing::Test
         logic = std::make_unique<CLogic>(world, sound);
         world.SetTargets(nullptr, logic.get());
         EXPECT_TRUE(logic->Start(ItfEvent()));
+        WriteScenario(MakeScenario());
         EXPECT_EQ(render.DisplayWidth(), 800) << "the front end changes the display for its menu";
     }
     ~BattleTest() override
@@ -130,13 +111,11 @@ class BattleTest : public ::testing::Test
     void StopLogic() { world.Root().SendMessage(MSG_LOGIC_STOP, Find("logic"), -1, nullptr); }
     IGameEntity* Game() { return dynamic_cast<IGameEntity*>(world.GetEntity(Find("game"))); }
     CBattleSim& Sim() { return static_cast<CBattle*>(State())->Sim(); }
-    void Send(int number, const ItfCommand* command = nullptr)
+    void Send(const ItfCommand& command)
     {
-        if (command != nullptr)
-            world.Root().SendMessage(number, DEST_LOGIC, 0, "l", command);
-        else
-            world.Root().SendMessage(number, DEST_LOGIC, 0, nullptr);
+        world.Root().SendMessage(MSG_ITF_COMMAND, DEST_LOGIC, 0, "l", &command);
     }
+    void Resume() { Send(Command(CMD_RESUME)); }
     IGameState* State()
     {
         return reinterpret_cast<IGameState*>(
@@ -144,10 +123,9 @@ class BattleTest : public ::testing::Test
     }
     int Find(const char* name) { return world.CurrentScene()->FindEntity(name, name); }
     /// Frames until the battle runs; the command is gone by then.
-    int RunToBattle()
+    int RunToBattle(ItfCommand command = Command())
     {
-        ItfCommand command = Command();
-        Send(MSG_ITF_COMMAND, &command);
+        Send(command);
         command = ItfCommand();
         int frames = 0;
         while (State() == nullptr && frames < 100) {
@@ -163,6 +141,14 @@ class BattleTest : public ::testing::Test
     {
         const bool told = trace.Find(m_nSeen, text).has_value();
         m_nSeen = trace.Count();
+        return told;
+    }
+    /// Whether the debug output has had a line that begins so since the last call.
+    bool ToldDebug(const std::string& begin)
+    {
+        const bool told =
+            std::ranges::any_of(host.debug, [&](const std::string& line) { return line.starts_with(begin); });
+        host.debug.clear();
         return told;
     }
 
@@ -182,88 +168,39 @@ class BattleTest : public ::testing::Test
 
 TEST_F(BattleTest, LoadingTakesFramesAndEndsWithABattleOfItsOwnSize)
 {
-    WriteScenario(MakeScenario());
     EXPECT_GT(RunToBattle(), 2);
     ASSERT_NE(State(), nullptr);
     EXPECT_FALSE(IsFrontEndUp());
-    const std::int32_t side = State()->GetScenarioInfo()->nPlayerSide; // the record is packed
-    EXPECT_EQ(side, 1);
-    EXPECT_STREQ(State()->GetScenarioInfo()->szPath, PATH);
     EXPECT_STREQ(State()->GetScenarioInfo()->szTitle, "The Narrows");
-    EXPECT_EQ(State()->GetHeader()->bCampaign, 0);
-    for (const char* name : {"game", "logic", "sea"})
-        EXPECT_GE(Find(name), CWorld::FIRST_ENTITY_ID) << name;
     ASSERT_EQ(render.DisplayWidth(), 320);
     Frame();
     const std::uint16_t* pixels = render.DisplayPixels();
-    EXPECT_GT(std::count_if(pixels, pixels + 320 * 240, [](std::uint16_t pixel) { return pixel != 0; }),
-              320 * 200);
-    // A display of another size is filled too.
+    EXPECT_LT(std::count(pixels, pixels + 320 * 240, 0), 320 * 40);
     world.SetDisplaySize(401, 300);
     Frame();
-    const RECT whole = {0, 0, 401, 300};
-    EXPECT_TRUE(render.FrameRect() == whole);
+    EXPECT_TRUE(render.FrameRect() == (RECT{0, 0, 401, 300}));
 
     // Another start command ends this battle and begins anew.
     const int sea = Find("sea");
-    const ItfCommand again = Command();
-    Send(MSG_ITF_COMMAND, &again);
+    ItfCommand again = Command();
+    again.nNotSideA = again.nNotSideB = 1;
+    Send(again);
     EXPECT_EQ(State(), nullptr);
     Frame();
     EXPECT_LT(Find("sea"), 0);
-    while (State() == nullptr)
-        Frame();
+    RunToBattle(again);
     EXPECT_GT(Find("sea"), sea);
-}
+    EXPECT_EQ(Sim().Setup().OrderingSide(), -1) << "he takes neither side";
 
-TEST_F(BattleTest, AKeyBringsItsScreenAndTheBattleGoesOnWhereItStood)
-{
-    WriteScenario(MakeScenario());
-    RunToBattle();
-    // Keys of screens that don't exist, and others.
-    for (const int key : {VK_F1 + 1, VK_F1 + 2, VK_F1 + 4, int{VK_RETURN}, int{'Q'}}) {
-        Key(key);
-        Frames(3);
-        EXPECT_FALSE(IsFrontEndUp()) << key;
-    }
-    const struct {
-        int key;
-        const char* event;
-    } screens[] = {{VK_ESCAPE, "event code=18 "}, {VK_F1, "event code=7 "}, {VK_F4, "event code=6 "}};
-    for (const auto& screen : screens) {
-        SCOPED_TRACE(screen.event);
-        Frames(5);
-        const std::uint64_t before = Sim().Checksum();
-        Frame();
-        EXPECT_NE(Sim().Checksum(), before);
-        Told("");
-        Key(screen.key);
-        Key(screen.key);
-        Frame();
-        const std::int64_t stood = Sim().BattleTime();
-        const std::uint64_t sum = Sim().Checksum();
-        Frames(4);
-        EXPECT_TRUE(Told(screen.event));
-        Key(screen.key);
-        Frames(2);
-        EXPECT_FALSE(Told(screen.event)) << "it is up already, or the front end had nothing to show";
-        if (!IsFrontEndUp())
-            continue;
-        EXPECT_EQ(Sim().Checksum(), sum);
-        const ItfCommand resume = Command(CMD_RESUME);
-        Send(MSG_ITF_COMMAND, &resume);
-        EXPECT_TRUE(IsFrontEndUp()) << "its own code may run now";
-        EXPECT_EQ(Sim().Checksum(), sum);
-        Frame();
-        EXPECT_FALSE(IsFrontEndUp());
-        EXPECT_EQ(render.DisplayWidth(), 320) << "the front end had its own display size";
-        EXPECT_EQ(Sim().BattleTime(), stood + FRAME_TIME);
-    }
+    WriteScenario(ScenarioOf({ShipAt(SCENARIO_NEUTRAL, 0, 0)}));
+    Send(again);
+    Frames(2);
+    EXPECT_TRUE(ToldDebug("Battle: scenarios\\test.sc")) << "nobody fights";
+    EXPECT_TRUE(Told("event code=20 value1=0 value2=71"));
 }
 
 TEST_F(BattleTest, WhatReachesAFrontEndThatIsLeavingIsShownByTheNextOne)
 {
-    WriteScenario(MakeScenario());
     RunToBattle();
     for (int i = 0; i < 2; ++i) {
         PostEvent(EVENT_HELP);
@@ -283,130 +220,99 @@ TEST_F(BattleTest, WhatReachesAFrontEndThatIsLeavingIsShownByTheNextOne)
     }
 }
 
-TEST_F(BattleTest, LeavingEndsTheBattleAtOnce)
-{
-    WriteScenario(MakeScenario());
-    RunToBattle();
-    PostEvent(EVENT_HELP);
-    Frame();
-    EXPECT_TRUE(IsFrontEndUp());
-    Told("");
-    StopLogic();
-    Key(VK_ESCAPE);
-    Send(MSG_LOGIC_STOPPED);
-    EXPECT_EQ(State(), nullptr);
-    Frame();
-    for (const char* name : {"game", "logic", "sea"})
-        EXPECT_LT(Find(name), 0) << name;
-    EXPECT_TRUE(IsFrontEndUp());
-    EXPECT_FALSE(Told("event code=18"));
-    const ItfCommand resume = Command(CMD_RESUME);
-    Send(MSG_ITF_COMMAND, &resume);
-    Frame();
-    EXPECT_TRUE(Told("event code=0")) << "without a battle the main menu comes";
-}
-
 TEST_F(BattleTest, TheEndIsToldOnceWithWhoHasWonAndTheGameAnswersUntilItIsStopped)
 {
     for (const bool byKey : {true, false}) {
-        WriteScenario(MakeScenario());
+        const char* const end = byKey ? "event code=32 value1=0 value2=1" : "event code=32 value1=0 value2=0";
         RunToBattle();
-        ASSERT_NE(State(), nullptr);
         Frames(3);
         EXPECT_EQ(Game()->GetWinner(), -1);
         Told("");
-        ItfEvent lost;
-        lost.code = EVENT_END_GAME;
         if (byKey)
             Key(VK_F1 + 8);
         else
-            logic->PostEvent(lost);
+            PostEvent(EVENT_END_GAME);
         Frames(5);
-        EXPECT_TRUE(Told(byKey ? "event code=32 value1=0 value2=1" : "event code=32 value1=0 value2=0"));
+        EXPECT_TRUE(Told(end));
         EXPECT_EQ(Game()->GetWinner(), byKey ? 1 : 0);
         // To look on at it.
-        const ItfCommand resume = Command(CMD_RESUME);
-        Send(MSG_ITF_COMMAND, &resume);
+        Resume();
         Frames(10);
-        EXPECT_FALSE(IsFrontEndUp());
-        EXPECT_FALSE(Told("event code=32"));
+        EXPECT_FALSE(IsFrontEndUp() || Told("event code=32"));
         Key(VK_ESCAPE);
         Frames(3);
-        EXPECT_TRUE(Told(byKey ? "event code=32 value1=0 value2=1" : "event code=32 value1=0 value2=0"))
-            << "whoever wants to leave gets the end again";
+        EXPECT_TRUE(Told(end)) << "whoever wants to leave gets the end again";
         // What the dialogs ask for behind the stop is still there; a frame later it is gone.
         StopLogic();
         ASSERT_NE(State(), nullptr);
         EXPECT_STREQ(State()->GetScenarioInfo()->szPath, PATH);
         Frame();
         EXPECT_EQ(State(), nullptr);
-        EXPECT_LT(Find("game"), 0);
-        EXPECT_TRUE(IsFrontEndUp());
+        EXPECT_TRUE(Find("game") < 0 && IsFrontEndUp());
     }
+    Resume();
+    Frame();
+    EXPECT_TRUE(Told("event code=0")) << "without a battle the main menu comes";
 }
 
 TEST_F(BattleTest, NoEventLeavesABattleThatStandsStillWithoutAnAnswer)
 {
-    WriteScenario(MakeScenario());
     std::vector<int> codes = {EVENT_LOBBY, 12345, -1};
     for (int code = 0; code <= 41; ++code)
         codes.push_back(code);
-    const struct {
-        int code;
-        const char* section;
-        int control;
-    } screens[] = {
-        {EVENT_SCENARIO_STATUS, "ScStatusDlg", 20}, {EVENT_HELP, "HelpDlg", 10},
-        {EVENT_MESSAGE, "MessageBoxDlg", 10},       {EVENT_LEAVE_BATTLE, "MessageBoxYesNoDlg", 20},
-        {EVENT_MESSAGE_BOX, "MessageBoxDlg", 10},   {EVENT_END_GAME, "EndGameDlg", 50},
+    const std::map<int, std::pair<const char*, int>> screens = {
+        {EVENT_SCENARIO_STATUS, {"ScStatusDlg", 20}}, {EVENT_HELP, {"HelpDlg", 10}},
+        {EVENT_MESSAGE, {"MessageBoxDlg", 10}},       {EVENT_LEAVE_BATTLE, {"MessageBoxYesNoDlg", 20}},
+        {EVENT_MESSAGE_BOX, {"MessageBoxDlg", 10}},   {EVENT_END_GAME, {"EndGameDlg", 50}},
     };
     for (const int code : codes) {
-        for (const int value2 : {0, 1}) {
-            SCOPED_TRACE(code);
-            if (State() == nullptr)
-                RunToBattle();
-            std::int64_t time = Sim().BattleTime();
-            PostEvent(code, value2);
-            Frames(12);
-            if (code == EVENT_MAIN_MENU || code == EVENT_MENU_WITH_MESSAGE) {
-                EXPECT_TRUE(State() == nullptr && IsFrontEndUp());
-                continue;
-            }
-            ASSERT_NE(State(), nullptr);
-            const auto* screen = std::ranges::find(screens, code, [](const auto& row) { return row.code; });
-            EXPECT_EQ(IsFrontEndUp(), screen != std::end(screens));
-            if (screen != std::end(screens)) {
-                time = Sim().BattleTime();
-                Frames(3);
-                EXPECT_EQ(Sim().BattleTime(), time);
-                Click(screen->section, screen->control);
-                Frames(5);
-            }
-            EXPECT_FALSE(IsFrontEndUp());
-            EXPECT_EQ(render.DisplayWidth(), 320);
-            EXPECT_GT(Sim().BattleTime(), time);
+        SCOPED_TRACE(code);
+        if (State() == nullptr)
+            RunToBattle();
+        std::int64_t time = Sim().BattleTime();
+        PostEvent(code, 1);
+        Frames(12);
+        if (code == EVENT_MAIN_MENU || code == EVENT_MENU_WITH_MESSAGE) {
+            EXPECT_TRUE(State() == nullptr && IsFrontEndUp());
+            continue;
         }
+        ASSERT_NE(State(), nullptr);
+        const auto screen = screens.find(code);
+        EXPECT_EQ(IsFrontEndUp(), screen != screens.end());
+        if (screen != screens.end()) {
+            time = Sim().BattleTime();
+            const std::uint64_t stood = Sim().Checksum();
+            Frames(3);
+            EXPECT_EQ(Sim().Checksum(), stood);
+            Click(screen->second.first, screen->second.second);
+            EXPECT_TRUE(IsFrontEndUp()) << "its own code may run now";
+            Frames(5);
+        }
+        EXPECT_FALSE(IsFrontEndUp());
+        EXPECT_EQ(render.DisplayWidth(), 320) << "the front end had its own display size";
+        EXPECT_GT(Sim().BattleTime(), time);
     }
-    // The question isn't put over another screen.
-    PostEvent(EVENT_HELP);
-    PostEvent(EVENT_LEAVE_BATTLE);
-    Frames(3);
-    Told("");
-    PostEvent(EVENT_LEAVE_BATTLE);
-    Frames(3);
-    EXPECT_FALSE(Told("event code=18"));
+    // Neither a key nor the question brings another screen over one that is up.
+    for (const int other : {EVENT_LEAVE_BATTLE, EVENT_HELP}) {
+        PostEvent(other);
+        Frames(3);
+        Told("");
+        Key(VK_F1);
+        PostEvent(EVENT_LEAVE_BATTLE);
+        Frames(3);
+        EXPECT_FALSE(Told("event code="));
+        Resume();
+        const std::int64_t stood = Sim().BattleTime();
+        Frame();
+        EXPECT_EQ(Sim().BattleTime(), stood + FRAME_TIME) << "it goes on where it stood";
+    }
 }
 
 TEST_F(BattleTest, EventsWhileABattleLoads)
 {
-    // What came, between the command and the battle's beginning; then what the front end is told, and whether
+    // What comes between the command and the battle's beginning; then what the front end is told, and whether
     // a battle runs.
-    const struct {
-        std::vector<std::pair<int, int>> events;
-        const char* told;
-        bool runs;
-    } rows[] = {
-        {{{EVENT_END_GAME, 1}}, "event code=32 value1=0 value2=1", true},
+    const Rows<std::vector<std::pair<int, int>>, const char*, bool> rows = {
         {{{EVENT_END_GAME, 1}, {EVENT_END_GAME, 0}}, "event code=32 value1=0 value2=0", true},
         {{{EVENT_MAIN_MENU, 0}}, "event code=0 ", false},
         {{{EVENT_MENU_WITH_MESSAGE, 83}, {EVENT_HELP, 0}}, "event code=20 value1=0 value2=83", false},
@@ -414,38 +320,20 @@ TEST_F(BattleTest, EventsWhileABattleLoads)
          nullptr,
          true},
     };
-    WriteScenario(MakeScenario());
-    for (const auto& row : rows) {
+    for (const auto& [events, told, runs] : rows) {
         for (const int frames : {0, 1, 2}) {
             SCOPED_TRACE(frames);
-            const ItfCommand command = Command();
-            Send(MSG_ITF_COMMAND, &command);
+            Send(Command());
             Frames(frames);
-            ASSERT_EQ(State(), nullptr);
             Told("");
-            for (const auto& [code, value2] : row.events)
+            for (const auto& [code, value2] : events)
                 PostEvent(code, value2);
             Frames(8);
-            EXPECT_EQ(State() != nullptr, row.runs);
-            EXPECT_EQ(IsFrontEndUp(), row.told != nullptr);
-            EXPECT_EQ(Told(row.told != nullptr ? row.told : "event code="), row.told != nullptr);
+            EXPECT_EQ(State() != nullptr, runs);
+            EXPECT_EQ(IsFrontEndUp(), told != nullptr);
+            EXPECT_EQ(Told(told != nullptr ? told : "event code="), told != nullptr);
         }
     }
-}
-
-TEST_F(BattleTest, EachStatusEventHasItsOwnRecord)
-{
-    WriteScenario(MakeScenario());
-    ItfEvent status;
-    status.code = EVENT_SCENARIO_STATUS;
-    for (const char* path : {PATH, "scenarios\\nowhere.sc"}) {
-        std::snprintf(status.text, sizeof(status.text), "%s", path);
-        logic->PostEvent(status);
-    }
-    Frames(3);
-    // The first opens the window; with the second's file there is none.
-    EXPECT_TRUE(std::ranges::none_of(host.debug,
-                                     [](const std::string& line) { return line.starts_with("Status: "); }));
 }
 
 TEST_F(BattleTest, TheStatisticsAreTheBattles)
@@ -460,151 +348,59 @@ TEST_F(BattleTest, TheStatisticsAreTheBattles)
     ASSERT_NE(Game(), nullptr);
     Frames(2000);
     for (const int side : {0, 1}) {
-        const SideFigures figures = Sim().Figures(side);
-        EXPECT_GT(figures.rounds, 0);
+        const SideFigures wanted = Sim().Figures(side);
+        EXPECT_GT(wanted.rounds, 0);
         ItfSideStats stats;
         Game()->GetSideStats(side, &stats);
         const ItfPlayerStats* player = Game()->GetPlayer(side, 0);
         ASSERT_NE(player, nullptr);
-        const std::vector<int> wanted = {figures.units,  figures.lost, figures.sunk,
-                                         figures.rounds, figures.hits, figures.points};
-        EXPECT_EQ((std::vector<int>{stats.nUnits, stats.nLost, stats.nSunk, stats.nRounds, stats.nHits,
-                                    stats.nPoints}),
-                  wanted);
-        EXPECT_EQ((std::vector<int>{player->nUnits, player->nLost, player->nSunk, player->nRounds,
-                                    player->nHits, player->nPoints}),
-                  wanted);
+        const auto expectFigures = [&](const auto& got) {
+            const std::vector<int> figures = {got.nUnits,  got.nLost, got.nSunk,
+                                              got.nRounds, got.nHits, got.nPoints};
+            EXPECT_EQ(figures, (std::vector<int>{wanted.units, wanted.lost, wanted.sunk, wanted.rounds,
+                                                 wanted.hits, wanted.points}));
+        };
+        expectFigures(stats);
+        expectFigures(*player);
     }
     EXPECT_STREQ(Game()->GetPlayer(0, 0)->szName, "Norrland");
     EXPECT_STREQ(Game()->GetPlayer(1, 0)->szName, "Beacon");
-    for (const int side : {-1, 2, 1 << 30}) {
-        ItfSideStats stats;
-        std::memset(&stats, 0x55, sizeof(stats));
-        Game()->GetSideStats(side, &stats);
-        EXPECT_EQ(std::count(reinterpret_cast<char*>(&stats), reinterpret_cast<char*>(&stats + 1), 0),
-                  static_cast<std::ptrdiff_t>(sizeof(stats)));
-        EXPECT_EQ(Game()->GetPlayerCount(side), 0);
-        EXPECT_EQ(Game()->GetPlayer(side, 0), nullptr);
-    }
-    EXPECT_EQ(Game()->GetPlayer(0, 1), nullptr);
+    for (const int side : {-1, 2, 1 << 30})
+        EXPECT_TRUE(Game()->GetPlayerCount(side) == 0 && Game()->GetPlayer(side, 0) == nullptr) << side;
     int days = -1;
     int hours = -1;
     int minutes = -1;
     Game()->GetBattleTime(&days, &hours, &minutes);
-    EXPECT_EQ((std::vector<int>{days, hours, minutes}),
-              (std::vector<int>{0, 0, static_cast<int>(Sim().BattleTime() / 60'000)}));
+    EXPECT_EQ((days * 24 + hours) * 60 + minutes, Sim().BattleTime() / 60'000);
 }
 
-TEST_F(BattleTest, TheOrdersAreShownAtTheStartWhenThePlayerWants)
+TEST_F(BattleTest, AFrontEndThatFailsIsToldAndTheBattleGoesOnWithoutIt)
 {
-    WriteScenario(MakeScenario());
-    ItfCommand command = Command();
-    command.bBriefFlag = 1;
-    command.nNotSideA = command.nNotSideB = 1;
-    Send(MSG_ITF_COMMAND, &command);
-    for (int i = 0; i < 20 && State() == nullptr; ++i)
-        Frame();
-    Frame();
-    EXPECT_TRUE(Told("event code=6 value1=0 value2=0 text=\"\" object=ptr"));
-    EXPECT_EQ(Sim().BattleTime() == 0, IsFrontEndUp());
-    EXPECT_EQ(Sim().Setup().OrderingSide(), -1) << "he takes neither side";
-}
-
-TEST_F(BattleTest, AFrontEndThatFailsIsToldAndTheGameGoesOnWithoutIt)
-{
-    const auto toldOfFailure = [this](const std::string& what) {
-        const bool told = std::ranges::any_of(host.debug, [&](const std::string& line) {
-            return line.starts_with("Front end: " + what) && line.find(" failed: ") != std::string::npos;
-        });
-        host.debug.clear();
-        return told;
-    };
-    const auto damage = [this] { roots.Put("user/resource/txt_res/itfdlg.ini", "Nothing { DIALOG, \"\""); };
-    const auto mend = [this] { std::filesystem::remove(roots.folder / "user/resource/txt_res/itfdlg.ini"); };
-    // In the menu: the menu comes again.
-    Frames(3);
-    damage();
-    ItfEvent message;
-    message.code = EVENT_MESSAGE;
-    message.value1 = 16;
-    logic->PostEvent(message);
-    logic->PostEvent(message);
-    logic->Update();
-    world.DeliverPosted();
-    EXPECT_FALSE(IsFrontEndUp());
-    EXPECT_TRUE(toldOfFailure("event code=8 value1=16"));
-    mend();
-    Told("");
-    Frames(2);
-    EXPECT_TRUE(IsFrontEndUp());
-    EXPECT_TRUE(Told("event code=0"));
-
-    // Over a battle: the battle goes on, and the next screen comes as ever.
-    WriteScenario(MakeScenario());
     RunToBattle();
     for (int i = 0; i < 3; ++i) {
-        damage();
+        roots.Put("user/resource/txt_res/itfdlg.ini", "Nothing { DIALOG, \"\"");
         Key(VK_ESCAPE);
         Frames(4);
         EXPECT_FALSE(IsFrontEndUp());
-        EXPECT_TRUE(toldOfFailure("event code=18"));
+        EXPECT_TRUE(ToldDebug("Front end: event code=18"));
         EXPECT_EQ(render.DisplayWidth(), 320);
         const std::int64_t time = Sim().BattleTime();
         Frame();
         EXPECT_EQ(Sim().BattleTime(), time + FRAME_TIME);
     }
-    mend();
+    // What has no scenario file any more has nothing to show; else the next screen comes as ever.
+    std::filesystem::remove(roots.folder / "user/resource/txt_res/itfdlg.ini");
+    std::filesystem::remove(roots.folder / "user/scenarios/test.sc");
+    Key(VK_F4);
+    Frames(6);
+    EXPECT_FALSE(IsFrontEndUp());
     Key(VK_ESCAPE);
     Frames(4);
     EXPECT_TRUE(IsFrontEndUp());
 }
 
-TEST_F(BattleTest, AScenarioThatIsDeletedDoesntHurtItsBattle)
-{
-    WriteScenario(MakeScenario());
-    RunToBattle();
-    std::filesystem::remove(roots.folder / "user/scenarios/test.sc");
-    Key(VK_F4);
-    Frames(6);
-    EXPECT_TRUE(Told("event code=6"));
-    EXPECT_FALSE(IsFrontEndUp()) << "it had nothing to show";
-    const std::int64_t time = Sim().BattleTime();
-    Frames(2);
-    EXPECT_GT(Sim().BattleTime(), time);
-}
-
-TEST_F(BattleTest, AScenarioThatCannotBeReadLeadsBackWithABox)
-{
-    Scenario peaceful = MakeScenario();
-    for (ScenarioItem& item : peaceful.items)
-        std::get<ScenarioShip>(item).nSide = SCENARIO_NEUTRAL;
-    const std::vector<char> bytes = CScenarioWriter(peaceful).GetBytes();
-    const std::string nobodyFights(bytes.begin(), bytes.end());
-    const std::optional<std::string> contents[] = {"", nobodyFights, "SWSC and nothing else", std::nullopt};
-    for (const std::optional<std::string>& content : contents) {
-        if (content.has_value())
-            roots.Put("user/scenarios/test.sc", *content);
-        else
-            std::filesystem::remove(roots.folder / "user/scenarios/test.sc");
-        host.debug.clear();
-        const ItfCommand command = Command();
-        Send(MSG_ITF_COMMAND, &command);
-        Frame();
-        Frame();
-        EXPECT_TRUE(std::ranges::any_of(host.debug, [](const std::string& line) {
-            return line.starts_with("Battle: ") && line.find("test.sc") != std::string::npos;
-        }));
-        EXPECT_FALSE(trace.Find(0, "send 0x3aad").has_value()) << "no loading bar stays behind";
-        EXPECT_TRUE(Told(content == nobodyFights ? "event code=20 value1=0 value2=71"
-                                                 : "event code=20 value1=0 value2=70"));
-        EXPECT_EQ(State(), nullptr);
-        EXPECT_LT(Find("sea"), 0);
-    }
-}
-
 TEST_F(BattleTest, WhatTheFrontEndPostedGoesWithIt)
 {
-    WriteScenario(MakeScenario());
     RunToBattle();
     CFrontEnd frontEnd(world);
     ASSERT_TRUE(frontEnd.Start(ItfEvent()));
@@ -619,26 +415,6 @@ TEST_F(BattleTest, WhatTheFrontEndPostedGoesWithIt)
     logic->Update();
     world.DeliverPosted();
     EXPECT_FALSE(Told("event code=0")) << "the command didn't reach the logic";
-}
-
-TEST(BattleLoaderTest, PercentsGoUpToAHundred)
-{
-    TempRoots roots;
-    FakeHost host;
-    Scenario scenario = MakeScenario();
-    for (std::size_t i = scenario.items.size(); i < SCENARIO_MAX_ITEMS; ++i)
-        scenario.items.emplace_back(Ship(static_cast<int>(i % 3), static_cast<int>(i) * 10, 0));
-    CScenarioWriter(scenario).Write("test.sc");
-    ItfCommand command = Command();
-    std::snprintf(command.szPath, sizeof(command.szPath), "test.sc");
-    CBattleLoader loader(command, 0);
-    EXPECT_EQ(loader.Percent(), 0);
-    int last = 0;
-    while (loader.Step()) {
-        EXPECT_GT(loader.Percent(), last);
-        last = loader.Percent();
-    }
-    EXPECT_EQ(last, 100);
 }
 
 } // namespace

@@ -11,11 +11,8 @@
 #include <vector>
 
 #include "engine/entity_factory.h"
-#include "engine/message_text.h"
 #include "engine/trace.h"
 #include "engine/world.h"
-#include "entities/camera.h"
-#include "entities/marker.h"
 #include "entities/shader.h"
 #include "itfrecords.h"
 #include "shell/presenter.h"
@@ -53,74 +50,65 @@ class CProbe : public Entity
 class EngineTest : public ::testing::Test
 {
   protected:
-    /// The id, and the object in `probe`.
-    int Add(const char* name, CProbe*& probe, const char* className = "probe")
+    /// An entity of the root scene.
+    CProbe& Add(const char* name, const char* className = "probe")
     {
         auto made = std::make_unique<CProbe>();
-        probe = made.get();
-        return world.AddEntity(world.Root(), name, className, std::move(made));
+        CProbe& probe = *made;
+        EXPECT_GE(world.AddEntity(root, name, className, std::move(made)), CWorld::FIRST_ENTITY_ID);
+        return probe;
     }
 
     FakeHost host;
     CTrace trace;
     CEntityFactory factory;
     CWorld world{trace, factory};
+    CScene& root = world.Root();
 };
 
 TEST_F(EngineTest, ReceiverGetsTheRecordWithSenderAndCopiedText)
 {
-    CProbe* a = nullptr;
-    CProbe* b = nullptr;
-    const int idA = Add("a", a);
-    const int idB = Add("b", b);
-    EXPECT_GE(idA, CWorld::FIRST_ENTITY_ID);
-    EXPECT_EQ(a->GetEntityId(), idA);
-
+    CProbe& a = Add("a");
+    CProbe& b = Add("b");
     char text[] = "hull";
-    std::string seen;
-    int sender = 0;
-    b->onMessage = [&](const MessageRecord* record) {
-        sender = record->sender;
+    std::vector<int> senders;
+    const auto send = [&] { return root.SendMessage(100, b.GetEntityId(), 3, "ls", 7, 5, text); };
+    b.onMessage = [&](const MessageRecord* record) {
+        senders.push_back(record->sender);
         const Word* words = record->Data();
-        EXPECT_EQ(words[0], 7);
-        EXPECT_EQ(words[1], 5);
-        seen = reinterpret_cast<const char*>(words[2]);
+        EXPECT_TRUE(record->extra == 3 && words[0] == 7 && words[1] == 5);
+        EXPECT_STREQ(reinterpret_cast<const char*>(words[2]), "hull");
         EXPECT_NE(reinterpret_cast<const char*>(words[2]), text);
-        EXPECT_EQ(record->extra, 3);
         return Word{42};
     };
-    a->onMessage = [&](const MessageRecord*) {
-        return world.Root().SendMessage(100, idB, 3, "ls", 7, 5, text);
-    };
-    EXPECT_EQ(world.Root().SendMessage(1, idA, 0, nullptr), 42);
-    EXPECT_EQ(sender, idA);
-    EXPECT_EQ(seen, "hull");
-    world.Root().SendMessage(100, idB, 3, "ls", 7, 5, text);
-    EXPECT_EQ(sender, -1) << "the program itself sends without an id";
+    a.onMessage = [&](const MessageRecord*) { return send(); };
+    EXPECT_EQ(root.SendMessage(1, a.GetEntityId(), 0, nullptr), 42);
+    send();
+    EXPECT_EQ(senders, (std::vector<int>{a.GetEntityId(), -1})) << "the program itself sends without an id";
 }
 
 TEST_F(EngineTest, PostedMessagesKeepOrderAndTextAndWaitForTheNextFrame)
 {
-    CProbe* probe = nullptr;
-    const int id = Add("p", probe);
+    CProbe& probe = Add("p");
+    const int id = probe.GetEntityId();
     std::vector<std::string> got;
-    probe->onMessage = [&](const MessageRecord* record) {
+    probe.onMessage = [&](const MessageRecord* record) {
         got.emplace_back(reinterpret_cast<const char*>(record->Data()[1]));
         if (record->message == 1)
-            world.Root().PostMessage(3, id, 0, "s", 6, "later");
+            root.PostMessage(3, id, 0, "s", 6, "later");
         return Word{0};
     };
     char text[] = "first";
-    world.Root().PostMessage(1, id, 0, "s", 6, text);
+    root.PostMessage(1, id, 0, "s", 6, text);
     text[0] = 'X';
-    world.Root().PostMessage(2, id, 0, "s", 7, "second");
+    root.PostMessage(2, id, 0, "s", 7, "second");
     EXPECT_TRUE(got.empty());
     world.DeliverPosted();
     EXPECT_EQ(got, (std::vector<std::string>{"first", "second"}));
     world.DeliverPosted();
     EXPECT_EQ(got.back(), "later");
 
-    world.Root().PostMessage(4, id, 0, "s", 5, "lost");
+    root.PostMessage(4, id, 0, "s", 5, "lost");
     world.DestroyEntity(id);
     world.DeliverPosted();
     EXPECT_EQ(got.size(), 3U) << "a message to an entity that has gone is dropped";
@@ -128,178 +116,132 @@ TEST_F(EngineTest, PostedMessagesKeepOrderAndTextAndWaitForTheNextFrame)
 
 TEST_F(EngineTest, AFormatThatDoesNotFitItsValuesIsRefused)
 {
-    CProbe* probe = nullptr;
-    const int id = Add("p", probe);
+    CProbe& probe = Add("p");
+    const int id = probe.GetEntityId();
     int calls = 0;
-    probe->onMessage = [&](const MessageRecord*) { return ++calls; };
-    IEngine& engine = world.Root();
-    EXPECT_EQ(engine.SendMessage(1, id, 0, "l"), 0);
-    EXPECT_EQ(engine.SendMessage(1, id, 0, "s", 3), 0);
-    EXPECT_EQ(engine.SendMessage(1, id, 0, "q", 3), 0);
-    EXPECT_EQ(engine.SendMessage(1, id, 0, "l", 1, 2), 0);
+    probe.onMessage = [&](const MessageRecord*) { return ++calls; };
+    EXPECT_EQ(root.SendMessage(1, id, 0, "l"), 0);
+    EXPECT_EQ(root.SendMessage(1, id, 0, "s", 3), 0);
+    EXPECT_EQ(root.SendMessage(1, id, 0, "q", 3), 0);
+    EXPECT_EQ(root.SendMessage(1, id, 0, "l", 1, 2), 0);
     EXPECT_EQ(host.debug.size(), 4U);
     EXPECT_EQ(calls, 0);
-    EXPECT_EQ(engine.SendMessage(1, id, 0, "s", 0, static_cast<const char*>(nullptr)), 1)
+    EXPECT_EQ(root.SendMessage(1, id, 0, "s", 0, static_cast<const char*>(nullptr)), 1)
         << "a null text is an empty one";
 }
 
 TEST_F(EngineTest, AnEntityThatDestroysItselfLivesUntilItsCodeIsOver)
 {
-    CProbe* outer = nullptr;
-    CProbe* inner = nullptr;
-    const int idOuter = Add("outer", outer);
-    const int idInner = Add("inner", inner);
-    std::vector<std::string> order;
-    outer->onDelete = [&] { order.emplace_back("outer gone"); };
-    inner->onDelete = [&] { order.emplace_back("inner gone"); };
-    inner->onMessage = [&](const MessageRecord*) {
-        world.DestroyEntity(idOuter);
-        EXPECT_EQ(world.GetEntity(idOuter), nullptr) << "it can't be found any more";
-        world.DestroyEntity(idInner);
-        order.emplace_back("inner ends");
+    CProbe& outer = Add("outer");
+    CProbe& inner = Add("inner");
+    std::string order;
+    outer.onDelete = [&] { order += "outer gone; "; };
+    inner.onDelete = [&] { order += "inner gone; "; };
+    inner.onMessage = [&](const MessageRecord*) {
+        world.DestroyEntity(outer.GetEntityId());
+        EXPECT_EQ(world.GetEntity(outer.GetEntityId()), nullptr) << "it can't be found any more";
+        world.DestroyEntity(inner.GetEntityId());
+        order += "inner ends; ";
         return Word{5};
     };
-    outer->onMessage = [&](const MessageRecord*) {
-        const Word result = world.Root().SendMessage(1, idInner, 0, nullptr);
-        order.emplace_back("outer ends");
+    outer.onMessage = [&](const MessageRecord*) {
+        const Word result = root.SendMessage(1, inner.GetEntityId(), 0, nullptr);
+        order += "outer ends; ";
         return result;
     };
-    EXPECT_EQ(world.Root().SendMessage(1, idOuter, 0, nullptr), 5);
-    EXPECT_EQ(order, (std::vector<std::string>{"inner ends", "inner gone", "outer ends", "outer gone"}));
+    EXPECT_EQ(root.SendMessage(1, outer.GetEntityId(), 0, nullptr), 5);
+    EXPECT_EQ(order, "inner ends; inner gone; outer ends; outer gone; ");
 }
 
 TEST_F(EngineTest, AFrameSurvivesEntitiesThatComeAndGoInIt)
 {
-    CProbe* first = nullptr;
-    CProbe* second = nullptr;
-    CProbe* added = nullptr;
-    Add("first", first);
-    const int idSecond = Add("second", second);
-    int framesOfSecond = 0;
-    int framesOfAdded = 0;
-    second->onFrame = [&] { ++framesOfSecond; };
-    first->onFrame = [&] {
-        world.DestroyEntity(idSecond);
-        if (added == nullptr) {
-            Add("added", added);
-            added->onFrame = [&] { ++framesOfAdded; };
-        }
+    CProbe& first = Add("first");
+    CProbe& second = Add("second");
+    std::string frames;
+    second.onFrame = [&] { frames += "second "; };
+    first.onFrame = [&, id = second.GetEntityId()] {
+        frames += "first ";
+        if (world.GetEntity(id) != nullptr)
+            Add("added").onFrame = [&] { frames += "added "; };
+        world.DestroyEntity(id);
     };
     world.RunFrame(20);
-    EXPECT_EQ(framesOfSecond, 0);
-    EXPECT_EQ(framesOfAdded, 0);
     world.RunFrame(20);
-    EXPECT_EQ(framesOfAdded, 1);
+    EXPECT_EQ(frames, "first first added ");
 }
 
 TEST_F(EngineTest, NamesAreFoundByNameAndClassWithoutCaseInTheirOwnScene)
 {
-    CProbe* probe = nullptr;
-    const int sea = Add("Sea", probe, "water");
-    const int sky = Add("sea", probe, "SKY");
-    const int otherScene = world.CreateScene();
-    IEngine& root = world.Root();
+    const int sea = Add("Sea", "water").GetEntityId();
+    const int sky = Add("sea", "SKY").GetEntityId();
     EXPECT_EQ(root.FindEntity("SEA", nullptr), sea);
     EXPECT_EQ(root.FindNextEntity(), sky);
     EXPECT_EQ(root.FindNextEntity(), -1);
     EXPECT_EQ(root.FindEntity("sea", "sky"), sky);
-    EXPECT_EQ(root.FindNextEntity(), -1);
     EXPECT_EQ(root.FindEntity("land", nullptr), -1);
-    EXPECT_EQ(world.Scene(otherScene)->FindEntity("sea", nullptr), -1);
-    EXPECT_EQ(GetRootScene(world.Scene(otherScene)), &root);
+    EXPECT_EQ(world.Scene(world.CreateScene())->FindEntity("sea", nullptr), -1);
 }
 
 TEST_F(EngineTest, ScenesTakeTheirEntitiesWithThemAndTheCurrentOneCanBeNone)
 {
     factory.Register("Camera", [](CScene&) { return std::make_unique<CProbe>(); });
-    IEngine* scene = GetCurrentScene(&world.Root());
+    IEngine* scene = GetCurrentScene(&root);
     ASSERT_NE(scene, nullptr);
     const int id = scene->CreateEntity("camera", 0, 0);
     EXPECT_NE(scene->GetEntity(id), nullptr);
     EXPECT_EQ(scene->CreateEntity("unheard", 0, 0), -1);
+    EXPECT_EQ(root.CreateEntityFromModule("x", "../x.so", 0, -1, 1, 0), -1);
     world.DestroyScene(0);
     EXPECT_EQ(world.GetEntity(id), nullptr);
-    EXPECT_EQ(GetCurrentScene(&world.Root()), nullptr);
+    EXPECT_EQ(GetCurrentScene(&root), nullptr);
     const int next = world.CreateScene();
-    world.Root().SetSceneActive(next, 1, 0, 0);
-    EXPECT_EQ(GetCurrentScene(&world.Root()), world.Scene(next));
-}
+    root.SetSceneActive(next, 1, 0, 0);
+    EXPECT_EQ(GetCurrentScene(&root), world.Scene(next));
 
-TEST_F(EngineTest, AnEntityWhoseInitFailsIsGone)
-{
     bool deleted = false;
     auto probe = std::make_unique<CProbe>();
     probe->initResult = 0;
     probe->onDelete = [&] { deleted = true; };
-    EXPECT_EQ(world.AddEntity(world.Root(), "p", "p", std::move(probe)), -1);
+    EXPECT_EQ(world.AddEntity(root, "p", "p", std::move(probe)), -1) << "its Init fails";
     EXPECT_TRUE(deleted);
-    EXPECT_EQ(world.Root().CreateEntityFromModule("x", "NOSUCH.so", 0, -1, 1, 0), -1);
-    EXPECT_EQ(world.Root().CreateEntityFromModule("x", "../x.so", 0, -1, 1, 0), -1);
-}
-
-TEST_F(EngineTest, AnExceptionOutOfAnEntityIsToldAndEndsTheRun)
-{
-    const std::vector<std::pair<std::function<void()>, std::string>> cases = {
-        {[] { throw 3; }, "error code 3"},
-        {[] { throw std::runtime_error("no file"); }, "no file"},
-        {[] { throw "odd"; }, "unknown error"},
-    };
-    for (const auto& [fault, text] : cases) {
-        CWorld own(trace, factory);
-        auto made = std::make_unique<CProbe>();
-        CProbe* probe = made.get();
-        int calls = 0;
-        probe->onMessage = [&, fault = fault](const MessageRecord*) {
-            ++calls;
-            fault();
-            return Word{1};
-        };
-        const int id = own.AddEntity(own.Root(), "interface", "x", std::move(made));
-        EXPECT_EQ(own.Root().SendMessage(1, id, 0, nullptr), 0);
-        EXPECT_TRUE(own.Failed());
-        EXPECT_EQ(own.Failure(), "\"interface\" failed: " + text);
-        EXPECT_EQ(trace.Last(1)[0], "failure interface: " + text);
-        own.Root().SendMessage(1, id, 0, nullptr);
-        EXPECT_EQ(calls, 1) << "nothing of the entity runs any more";
-    }
 }
 
 TEST_F(EngineTest, WithoutTheEntityThatFailedTheRunGoesOn)
 {
-    CProbe* failing = nullptr;
-    const int id = Add("interface", failing);
-    CProbe* other = nullptr;
-    const int otherId = Add("other", other);
+    CProbe& failing = Add("interface");
+    CProbe& other = Add("other");
+    const int id = failing.GetEntityId();
+    const int otherId = other.GetEntityId();
     std::string told;
     world.onFailure = [&](int entity, const std::string& what, const std::string& error) {
-        EXPECT_NE(world.GetEntity(entity), nullptr);
         told = what + "|" + error;
         return entity == id;
     };
-    failing->onMessage = [&](const MessageRecord*) -> Word {
-        world.Root().PostMessage(7, otherId, 0, nullptr);
+    failing.onMessage = [&](const MessageRecord*) -> Word {
+        root.PostMessage(7, otherId, 0, nullptr);
         throw std::runtime_error("no file");
     };
-    int heard = 0;
-    other->onMessage = [&](const MessageRecord* record) {
-        heard += record->message == 7 ? 1 : 0;
-        return record->message == 7 ? Word{0} : world.Root().SendMessage(1, id, 0, nullptr) + 5;
+    other.onMessage = [&](const MessageRecord* record) {
+        EXPECT_EQ(record->message, 2) << "what the other had posted is gone with it";
+        return root.SendMessage(1, id, 0, nullptr) + 5;
     };
-    EXPECT_EQ(world.Root().SendMessage(2, otherId, 0, nullptr), 5);
+    EXPECT_EQ(root.SendMessage(2, otherId, 0, nullptr), 5);
     EXPECT_EQ(told, "send 0x1 to=interface|no file");
     EXPECT_FALSE(world.Failed());
     EXPECT_EQ(world.GetEntity(id), nullptr);
     world.DeliverPosted();
-    EXPECT_EQ(heard, 0) << "what it had posted is gone with it";
-    other->onMessage = [](const MessageRecord*) -> Word { throw 1; };
-    world.Root().SendMessage(2, otherId, 0, nullptr);
-    EXPECT_TRUE(world.Failed()) << "nobody goes on without this one";
+    // Nobody goes on without this one, and nothing of it runs any more.
+    other.onMessage = [](const MessageRecord*) -> Word { throw "odd"; };
+    EXPECT_EQ(root.SendMessage(2, otherId, 0, nullptr), 0);
+    EXPECT_EQ(world.Failure(), "\"other\" failed: unknown error");
+    EXPECT_EQ(trace.Last(1)[0], "failure other: unknown error");
+    other.onMessage = [](const MessageRecord*) -> Word { return 1; };
+    EXPECT_EQ(root.SendMessage(2, otherId, 0, nullptr), 0);
 }
 
 TEST_F(EngineTest, TheTraceTellsEventsCommandsAndValuesButNoAddress)
 {
-    CProbe* probe = nullptr;
-    const int id = Add("interface", probe);
+    const int id = Add("interface").GetEntityId();
     ItfEvent event;
     event.code = 4;
     std::snprintf(event.text, sizeof(event.text), "a.ani");
@@ -308,17 +250,16 @@ TEST_F(EngineTest, TheTraceTellsEventsCommandsAndValuesButNoAddress)
     command.nNotSideB = 1;
     // No zero within the path: the field's length alone ends it.
     std::fill(std::begin(command.szPath), std::end(command.szPath), 'p');
-    IEngine& root = world.Root();
     root.SendMessage(MSG_ITF_EVENT, id, 0, "l", &event);
     root.PostMessage(MSG_ITF_COMMAND, DEST_LOGIC, 0, "l", &command);
-    root.SendMessage(0x2b70, DEST_LOGIC, 0, nullptr);
     root.SendMessage(0x99, id, 0, "lls", -1, &event, 3, "ab");
-    const std::vector<std::string> lines = trace.Last(4);
-    EXPECT_EQ(lines[0], "event code=4 value1=0 value2=0 text=\"a.ani\"");
-    EXPECT_EQ(lines[1], "command code=10 side=0 notA=0 notB=1 difficulty=0 option=0 brief=0 path=\"" +
-                            std::string(263, 'p') + "\"");
-    EXPECT_EQ(lines[2], "send 0x2b70 to=logic");
-    EXPECT_EQ(lines[3], "send 0x99 to=interface l=-1 l=ptr s=\"ab\"");
+    trace.Add("two\r\nlines");
+    EXPECT_EQ(trace.Last(4),
+              (std::vector<std::string>{
+                  "event code=4 value1=0 value2=0 text=\"a.ani\"",
+                  "command code=10 side=0 notA=0 notB=1 difficulty=0 option=0 brief=0 path=\"" +
+                      std::string(263, 'p') + "\"",
+                  "send 0x99 to=interface l=-1 l=ptr s=\"ab\"", "two  lines"}));
 }
 
 TEST_F(EngineTest, TheShaderDarkensForAQuarterOfASecondUntilTheNewPictureIsShown)
@@ -328,18 +269,18 @@ TEST_F(EngineTest, TheShaderDarkensForAQuarterOfASecondUntilTheNewPictureIsShown
     CPresenter presenter;
     factory.Register("shader", [&](CScene&) { return std::make_unique<CShaderEntity>(presenter); });
     // As the front end does: it presents in its own frame, and goes on drawing when it is told.
-    CProbe* probe = nullptr;
-    const int id = Add("interface", probe);
+    CProbe& probe = Add("interface");
     std::uint16_t drawn = OLD_PICTURE;
     std::uint16_t display = OLD_PICTURE;
     int told = 0;
-    probe->onMessage = [&](const MessageRecord* record) {
+    probe.onMessage = [&](const MessageRecord* record) {
         drawn = NEW_PICTURE;
         return told = record->message;
     };
-    probe->onFrame = [&] { display = drawn; };
-    const int shader = world.Root().CreateEntity("shader", 3, 0);
-    world.Root().SendMessage(MSG_SHADE_START, shader, 0, "llllll", -1, 0, 1000, id, MSG_ITF_SHADE_DONE, -1);
+    probe.onFrame = [&] { display = drawn; };
+    const int shader = root.CreateEntity("shader", 3, 0);
+    root.SendMessage(MSG_SHADE_START, shader, 0, "llllll", -1, 0, 1000, probe.GetEntityId(),
+                     MSG_ITF_SHADE_DONE, -1);
     int last = 32;
     for (int time = 20; time <= 260; time += 20) {
         EXPECT_EQ(told, 0) << time;
@@ -352,36 +293,6 @@ TEST_F(EngineTest, TheShaderDarkensForAQuarterOfASecondUntilTheNewPictureIsShown
     world.RunFrame(20);
     EXPECT_EQ(world.GetEntity(shader), nullptr);
     EXPECT_EQ(*presenter.Compose(&display, 1, 1), NEW_PICTURE);
-}
-
-TEST_F(EngineTest, TheScenesEntitiesHearWhatTheFrontEndTells)
-{
-    CScene& root = world.Root();
-    auto* camera = new CCameraEntity;
-    const int cameraId = world.AddEntity(root, "camera", "camera", std::unique_ptr<Entity>(camera));
-    for (const bool on : {true, false}) {
-        root.SendMessage(on ? MSG_CAMERA_UI_ON : MSG_CAMERA_UI_OFF, cameraId, 0, nullptr);
-        EXPECT_EQ(camera->IsHeld(), on);
-    }
-    CMarkerEntity marker;
-    IMarkerEntity& asked = marker;
-    for (const int on : {1, 0}) {
-        asked.SetInterfaceMode(on);
-        EXPECT_EQ(marker.IsInterfaceMode(), on != 0);
-    }
-}
-
-TEST(TraceTest, FindsLinesFromAPlaceOnAndKeepsCountWhenOldOnesGo)
-{
-    CTrace trace;
-    for (std::size_t i = 0; i < CTrace::LINES_KEPT + 5; ++i)
-        trace.Add("line " + std::to_string(i));
-    EXPECT_EQ(trace.Count(), CTrace::LINES_KEPT + 5);
-    EXPECT_FALSE(trace.Find(0, "line 4 ").has_value());
-    EXPECT_EQ(trace.Find(0, "line 100003"), 100003U);
-    EXPECT_FALSE(trace.Find(100004, "line 100003").has_value());
-    trace.Add("two\r\nlines");
-    EXPECT_EQ(trace.Last(1)[0], "two  lines");
 }
 
 } // namespace

@@ -29,23 +29,18 @@ std::vector<std::uint16_t> PixelsOf(CRender2D& render, int surface)
 TEST(Surfaces, SizesThatCanBeMade)
 {
     const Rows<RECT, RECT> cases = {
-        {{0, 0, 1, 1}, {0, 0, 1, 1}},
         {{-10, 5, 20, 9}, {0, 0, 30, 4}},
         {{0, 0, SURFACE_MAX_SIDE, 1}, {0, 0, SURFACE_MAX_SIDE, 1}},
-        {{0, 0, SURFACE_MAX_SIDE + 1, 1}, {}},
         {{0, 0, 1, SURFACE_MAX_SIDE + 1}, {}},
-        {{0, 0, 0, 5}, {}},
         {{9, 0, 3, 5}, {}},
         {{INT_MIN, INT_MIN, INT_MAX, INT_MAX}, {}},
-        {{INT_MAX, INT_MAX, INT_MIN, INT_MIN}, {}},
     };
     CRender2D render;
     for (const auto& [rect, expected] : cases) {
-        const int surface = render.CreateSurface(&rect);
-        RECT size{1, 2, 3, 4};
-        if (surface >= 0)
+        RECT size;
+        if (const int surface = render.CreateSurface(&rect); surface >= 0)
             render.GetSurfaceRect(surface, &size);
-        EXPECT_EQ(surface >= 0 ? size : RECT(), expected);
+        EXPECT_EQ(size, expected);
     }
     EXPECT_LT(render.CreateSurface(nullptr), 0);
 }
@@ -58,9 +53,6 @@ TEST(Surfaces, NumbersAreReusedOnlyAfterTheyAreFreed)
         ASSERT_TRUE(numbers.insert(render.CreateSurface(&SMALL)).second);
     EXPECT_LT(render.CreateSurface(&SMALL), 0) << "too many";
     render.FreeSurface(7);
-    RECT size{1, 2, 3, 4};
-    render.GetSurfaceRect(7, &size);
-    EXPECT_EQ(size, RECT{});
     EXPECT_EQ(render.CreateSurface(&SMALL), 7);
 }
 
@@ -84,62 +76,49 @@ TEST(Surfaces, UnknownNumbersDoNothing)
     }
     EXPECT_EQ(PixelsOf(render, known), std::vector<std::uint16_t>(12, WHITE_PIXEL));
     render.UnlockSurface(known, 0); // never locked
-    render.ReleaseSurfaceDC(known, nullptr);
-    EXPECT_NE(render.LockSurface(known), nullptr);
+    render.LockSurface(known);
     render.FreeSurface(known);
     EXPECT_NE(render.CreateSurface(&SMALL), known) << "the one lock counts";
 }
 
-TEST(Surfaces, ALockedSurfaceOutlivesItsFreeing)
+TEST(Surfaces, WhoeverHoldsASurfaceKeepsItFromItsFreeing)
 {
     CRender2D render;
     const int surface = render.CreateSurface(&SMALL);
     std::uint16_t* const pixels = render.LockSurface(surface);
     EXPECT_EQ(render.LockSurface(surface), pixels);
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pixels) % 16, 0u);
+    const HDC dc = render.GetSurfaceDC(surface);
     render.FreeSurface(surface);
     render.FreeSurface(surface);
     EXPECT_EQ(render.LockSurface(surface), nullptr);
     EXPECT_EQ(render.GetSurfaceDC(surface), nullptr);
 
-    pixels[11] = 1; // still ours
-    render.UnlockSurface(surface, 0);
-    pixels[11] = 2; // one lock is left
-    EXPECT_NE(render.CreateSurface(&SMALL), surface);
-    render.UnlockSurface(surface, 0);
-    EXPECT_EQ(render.CreateSurface(&SMALL), surface);
-}
-
-TEST(Surfaces, ADeviceContextHoldsItsSurface)
-{
-    CRender2D render;
-    const int surface = render.CreateSurface(&SMALL);
-    const int other = render.CreateSurface(&SMALL);
-    const HDC dc = render.GetSurfaceDC(surface);
-    ASSERT_NE(dc, nullptr);
-    const RECT all{0, 0, 100, 100};
     const HBRUSH brush = CreateSolidBrush(WHITE);
-    FillRect(dc, &all, brush);
-    EXPECT_EQ(PixelsOf(render, surface), std::vector<std::uint16_t>(12, WHITE_PIXEL));
-
-    render.FreeSurface(surface);
-    FillRect(dc, &all, brush); // its pixels are still there
-    render.ReleaseSurfaceDC(other, dc);
-    EXPECT_NE(render.CreateSurface(&SMALL), surface);
-    render.ReleaseSurfaceDC(surface, dc);
-    EXPECT_EQ(render.CreateSurface(&SMALL), surface);
+    FillRect(dc, &SMALL, brush);
     DeleteObject(brush);
+    EXPECT_EQ(pixels[11], WHITE_PIXEL);
+    render.ReleaseSurfaceDC(surface, dc);
+    render.UnlockSurface(surface, 0);
+    const int other = render.CreateSurface(&SMALL);
+    EXPECT_NE(other, surface) << "one lock is left";
+    render.UnlockSurface(surface, 0);
+    EXPECT_EQ(render.CreateSurface(&SMALL), surface);
+
+    const HDC last = render.GetSurfaceDC(surface);
+    render.FreeSurface(surface);
+    render.ReleaseSurfaceDC(other, last);
+    EXPECT_NE(render.CreateSurface(&SMALL), surface);
+    render.ReleaseSurfaceDC(surface, last);
+    EXPECT_EQ(render.CreateSurface(&SMALL), surface);
 }
 
 TEST(Surfaces, FillsAsADeviceContextDoes)
 {
-    const Rows<COLORREF, std::uint16_t> cases = {
-        {RGB(255, 0, 0), 0xf800}, {RGB(0, 255, 0), 0x07e0}, {RGB(0, 0, 255), 0x001f},    {RGB(7, 3, 7), 0},
-        {RGB(8, 4, 8), 0x0821},   {0xff000000, 0},          {RGB(123, 45, 201), 0x7979},
-    };
     CRender2D render;
     const int surface = render.CreateSurface(&SMALL);
-    for (const auto& [colour, pixel] : cases) {
+    for (const auto& [colour, pixel] : Rows<COLORREF, std::uint16_t>{
+             {RGB(255, 0, 0), 0xf800}, {RGB(7, 3, 7), 0}, {0xff000000, 0}, {RGB(123, 45, 201), 0x7979}}) {
         render.FillSurface(surface, colour);
         EXPECT_EQ(PixelsOf(render, surface), std::vector(12, pixel)) << colour;
         render.FillSurface(surface, ~colour);
@@ -156,27 +135,20 @@ TEST(Display, TakesBlitsAndIsReadBack)
 {
     CRender2D render(4, 3);
     const int surface = render.CreateSurface(&SMALL);
-    int shown = 0;
-    std::uint16_t shownPixel = 0;
-    render.SetOnPresentNow([&] {
-        ++shown;
-        shownPixel = render.DisplayPixels()[0];
-    });
+    std::vector<std::uint16_t> shown;
+    render.SetOnPresentNow([&] { shown.push_back(render.DisplayPixels()[0]); });
     render.TakeDisplayChanged();
 
     render.FillSurface(surface, WHITE);
     EXPECT_FALSE(render.TakeDisplayChanged());
     render.Blit(0, DISPLAY_FRAME, surface, nullptr, nullptr, false);
     EXPECT_EQ(render.DisplayPixels()[11], WHITE_PIXEL);
-    EXPECT_EQ(shown, 0);
     EXPECT_TRUE(render.TakeDisplayChanged());
     EXPECT_FALSE(render.TakeDisplayChanged());
 
     render.FillSurface(surface, RGB(255, 0, 0));
     render.Blit(0, DISPLAY_NOW, surface, nullptr, nullptr, false);
-    EXPECT_EQ(shown, 1);
-    EXPECT_EQ(shownPixel, 0xf800);
-
+    EXPECT_EQ(shown, std::vector<std::uint16_t>{0xf800});
     for (const int display : {DISPLAY_NOW, DISPLAY_FRAME}) {
         render.FillSurface(surface, 0);
         render.Blit(0, surface, display, nullptr, nullptr, false);
@@ -184,41 +156,31 @@ TEST(Display, TakesBlitsAndIsReadBack)
     }
     EXPECT_EQ(render.LockSurface(DISPLAY_NOW), nullptr);
     EXPECT_EQ(render.GetSurfaceDC(DISPLAY_FRAME), nullptr);
-    render.FreeSurface(DISPLAY_NOW);
-    EXPECT_EQ(render.DisplayPixels()[0], 0xf800);
 }
 
-TEST(Display, TellsWhereTheFrameStands)
+TEST(Display, TellsWhereTheFrameStandsAndChangesItsSize)
 {
     CRender2D render(40, 30);
     const int surface = render.CreateSurface(&SMALL);
     const RECT centred{18, 13, 22, 16};
     EXPECT_EQ(render.FrameRect(), RECT{});
     render.Blit(0, DISPLAY_FRAME, surface, &centred, nullptr, false);
-    EXPECT_EQ(render.FrameRect(), centred);
     // Neither what is shown in between nor a picture of the display moves it.
     render.Blit(0, DISPLAY_NOW, surface, nullptr, nullptr, false);
     render.Blit(0, surface, DISPLAY_FRAME, &SMALL, nullptr, false);
     render.Blit(0, DISPLAY_FRAME, surface + 1, nullptr, nullptr, false);
     EXPECT_EQ(render.FrameRect(), centred);
+    render.FillSurface(surface, WHITE);
     render.Blit(0, DISPLAY_FRAME, surface, nullptr, nullptr, false);
     EXPECT_EQ(render.FrameRect(), (RECT{0, 0, 40, 30}));
-}
 
-TEST(Display, ChangesItsSize)
-{
-    CRender2D render(4, 3);
-    render.FillSurface(DISPLAY_FRAME, WHITE);
     for (const SIZE bad : {SIZE{0, 5}, SIZE{5, -1}, SIZE{SURFACE_MAX_SIDE + 1, 5}, SIZE{INT_MAX, INT_MAX}})
         EXPECT_FALSE(render.SetDisplaySize(bad.cx, bad.cy));
-    EXPECT_TRUE(render.SetDisplaySize(4, 3));
+    EXPECT_TRUE(render.SetDisplaySize(40, 30));
     EXPECT_EQ(render.DisplayPixels()[11], WHITE_PIXEL);
-
+    render.TakeDisplayChanged();
     EXPECT_TRUE(render.SetDisplaySize(7, 5));
     EXPECT_TRUE(render.TakeDisplayChanged());
-    RECT size;
-    render.GetSurfaceRect(DISPLAY_NOW, &size);
-    EXPECT_EQ(size, (RECT{0, 0, 7, 5}));
     EXPECT_EQ(render.DisplayPixels()[34], 0);
     EXPECT_THROW(CRender2D(0, 0), std::runtime_error);
 }

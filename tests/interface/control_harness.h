@@ -2,7 +2,6 @@
 // What the tests of controls share: a parent that notes what its controls tell it, fonts of one colour, and
 // rectangles of the screen surface.
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -143,11 +142,6 @@ class ControlTest : public seawarden_test::ToolkitTest
         return static_cast<std::int32_t>(low | static_cast<std::uint32_t>(point.y) << 16);
     }
     static std::uint32_t WheelBy(int delta) { return static_cast<std::uint32_t>(delta) << 16; }
-    static bool IsInTable(const CItfWnd& wnd)
-    {
-        return std::ranges::any_of(Toolkit().windows,
-                                   [&wnd](const WindowEntry& entry) { return entry.wnd == &wnd; });
-    }
 };
 
 /// For the boxes that scroll: one of them at LEFT, TOP, with what all of them draw with.
@@ -194,13 +188,6 @@ class BoxTest : public ControlTest
         if (!IsRectEmpty(&shown))
             OffsetRect(&shown, -LEFT, -TOP);
         return shown;
-    }
-    static void ExpectAllGivenBack()
-    {
-        for (const SpriteEntry& sprite : Toolkit().sprites)
-            EXPECT_EQ(sprite.refs, 0) << sprite.name;
-        for (const FontEntry& font : Toolkit().fonts)
-            EXPECT_EQ(font.refs, 0) << font.name;
     }
 };
 

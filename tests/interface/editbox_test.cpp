@@ -19,9 +19,8 @@ namespace
 
 constexpr int BOX_LEFT = 100;
 constexpr int BOX_TOP = 50;
-constexpr int BOX_WIDTH = 205; ///< 25 characters of 8 pixels and the margin of 5
-constexpr int PAGE = 4;        ///< lines of 10 pixels
-constexpr int CONTROL_ID = 77;
+constexpr int BOX_WIDTH = 205;                ///< 25 characters of 8 pixels and the margin of 5
+constexpr int PAGE = 4;                       ///< lines of 10 pixels
 constexpr std::uint16_t CARET_PIXEL = 0xb5e0; ///< red 0xb2, green 0xbd
 constexpr std::uint16_t SELECTION_PIXEL = 0x001f;
 constexpr std::uint16_t TEXT_PIXEL = 0xffff;
@@ -71,17 +70,16 @@ class EditBoxTest : public seawarden_test::ToolkitTest
         AddSprite("back", 400, 400, BACK_PIXEL);
     }
 
-    CItfEditBox& Open(std::uint32_t style, const char* text = "", int width = BOX_WIDTH,
-                      int height = PAGE * 10)
+    CItfEditBox& Open(std::uint32_t style, const char* text = "", int height = PAGE * 10,
+                      const char* sprite = "back")
     {
         Ui();
         m_pBox.reset();
-        m_pParent.reset();
         m_pParent = std::make_unique<RecordingWnd>();
         EXPECT_TRUE(m_pParent->Create("", "", nullptr, nullptr, 1, 0, &engine));
         m_pBox = std::make_unique<CItfEditBox>();
-        const RECT rect = {BOX_LEFT, BOX_TOP, BOX_LEFT + width, BOX_TOP + height};
-        EXPECT_TRUE(m_pBox->Create("EditBox", "back", &rect, m_pParent.get(), CONTROL_ID, style, &engine));
+        const RECT rect = {BOX_LEFT, BOX_TOP, BOX_LEFT + BOX_WIDTH, BOX_TOP + height};
+        EXPECT_TRUE(m_pBox->Create("EditBox", sprite, &rect, m_pParent.get(), 77, style, &engine));
         m_pBox->SetText(text);
         m_pParent->Show(true);
         CItfWnd::SetDrawing(true);
@@ -172,7 +170,8 @@ TEST_F(EditBoxTest, KeysChangeTextCaretAndSelection)
                 "ab|cd|e DBx abx^cd|e  ab|cd|e EXx abx^cd|e  ab|cd ERx ab|x^cd  ab|cd DLx abx^|cd  "
                 "ab|cd UxDDEyR xab|cdy^  a|b|c 1D2D3U4U5 1a5__^|b24|c3  abcd|e|fghi EDDx abcd|e|fghix^  "
                 "abcd|e EDx abcd|ex___^  abcd|ef EDLx abcd|ex^f  abcd|ef EDBx abcd|ex^  "
-                "abcd|ef|g EDXx abcd|efx^g  abcd|ef EDTx abcd|ef|x^  ab|cd|ef R+D+D ab|cd|e^f[b|cd|e]  "
+                "abcd|ef|g EDXx abcd|efx^g  abcd|ef EDTx abcd|ef|x^  a|b|c|d|e|f|g DDDTx a|b|c||x^d|e|f|g  "
+                "ab|cd|ef R+D+D ab|cd|e^f[b|cd|e]  "
                 "ab|cd|ef DDR+U ab|c^d|ef[d|e]  ab|cd E+R+R ab|c^d[|c]  ab|cd D+L+L a^b|cd[b|]  "
                 "abcd|e|fg E+D abcd|e___^|fg[|e]  ab|cd|ef R+D+Dx ax^f  ab|cd|ef|gh DDR+UXx ab|cx^f|gh  "
                 "a|b|c|d|e|f NxNyPz a|bz_^|c|d|xe|fy  a|b|c|d|e|f +N a|b|c|d|^e|f[a|b|c|d|]"},
@@ -181,10 +180,13 @@ TEST_F(EditBoxTest, KeysChangeTextCaretAndSelection)
         std::istringstream in(script);
         for (std::string text, keys, expected; in >> text >> keys >> expected;) {
             SCOPED_TRACE(text + " " + keys);
-            CItfEditBox& box = Open(style, text == "-" ? "" : CrLf(text).c_str());
-            Keys(keys);
-            EXPECT_EQ(box.GetTextLength(), static_cast<int>(std::string(box.GetText()).size()) + 1);
-            EXPECT_EQ(Shown(), CrLf(expected));
+            for (const bool painted : {true, false}) { // which walks the lines between the keys
+                CItfEditBox& box = Open(style, text == "-" ? "" : CrLf(text).c_str());
+                CItfWnd::SetDrawing(painted);
+                Keys(keys);
+                EXPECT_EQ(box.GetTextLength(), static_cast<int>(std::string(box.GetText()).size()) + 1);
+                EXPECT_EQ(Shown(), CrLf(expected));
+            }
         }
     }
 }
@@ -195,22 +197,15 @@ TEST_F(EditBoxTest, LimitsAndTheClipboard)
     // stays.
     const Rows<std::uint32_t, int, const char*, const char*, const char*, const char*, const char*> cases = {
         {0, 3, "ab", "clip", "xyz", "x^ab", nullptr},
-        {0, 3, "abc", "clip", "+Rxy", "x^bc", nullptr},
-        {0, 3, "abcde", "clip", "+Rx", "^bcde", nullptr},
         {MULTI, 2, "", "clip", "abcTdef", "ab|de^", nullptr},
-        {0, 0, "abcd", "clip", "+R ", " ^bcd", nullptr},
         {0, 0, "", "clip", "\xe9\xff", "\xe9\xff^", nullptr},
-        {0, 0, "xy", "12", "R*v", "x^12y", nullptr},
         {0, 0, "xy", "12", "R+I", "x^12y", nullptr},
         {0, 0, "xy", "1|2", "R*v", "x^1y", nullptr},
         {MULTI, 0, "xy|z", "1|2||3", "R*v", "x^1|2||3y|z", nullptr},
         {MULTI, 0, "", "a\rb\nc\n\rd\r", "*v", "^a\rb\nc\n\rd\r", nullptr},
-        {MULTI, 0, "abc|e", "1234", "ED*v", "abc|e^1234", nullptr},
-        {MULTI, 0, "ab|cd|e", "1|2", "R+D*v", "a^1|2d|e", nullptr},
         {0, 0, "abcd", nullptr, "+R*v", "^bcd", nullptr},
         {0, 0, "abcd", "old", "R+R*c", "ab^cd[b]", "b"},
         {0, 0, "abcd", "old", "+R*I", "a^bcd[a]", "a"},
-        {MULTI, 0, "a|c", "old", "+D*c*v*v", "^a|a|c", "a|"},
         {MULTI, 0, "ab|cd|e", "old", "R+D*xx", "ax^d|e", "b|c"},
     };
     for (const auto& [style, limit, text, clipboard, keys, expected, left] : cases) {
@@ -226,66 +221,35 @@ TEST_F(EditBoxTest, LimitsAndTheClipboard)
     }
 }
 
-TEST_F(EditBoxTest, BusyClipboardChangesNothing)
-{
-    CItfEditBox& box = Open(0, "abcd");
-    host.clipboard = "12";
-    ASSERT_TRUE(OpenClipboard(nullptr));
-    Keys("+R*v*x*c");
-    CloseClipboard();
-    EXPECT_STREQ(box.GetText(), "abcd");
-    EXPECT_EQ(host.clipboard, "12");
-    EXPECT_EQ(Selection(), "a");
-}
-
 // Quadratic work on any of these would take hours.
 TEST_F(EditBoxTest, HugeTextsStayUsable)
 {
     constexpr int MEGABYTE = 1024 * 1024;
     constexpr int COUNT = 10 * MEGABYTE / 16;
     host.clipboard = std::string(10 * MEGABYTE, 'w');
-    CItfEditBox& single = Open(0, "[]");
+    EXPECT_EQ(Open(0, "[]").GetTextLength(), 3);
     Keys("R*vExLB+H");
-    EXPECT_EQ(single.GetTextLength(), 10 * MEGABYTE + 3);
     EXPECT_EQ(Selection().size(), 10u * MEGABYTE + 1);
-
     CItfEditBox& multi = Open(MULTI, "[]");
-    std::string lines;
+    host.clipboard.emplace();
     for (int i = 0; i < COUNT; ++i)
-        lines += "a line of text\r\n";
-    host.clipboard = lines;
+        *host.clipboard += "a line of text\r\n";
     Keys("R*v");
     EXPECT_EQ(multi.GetLineCount(), COUNT + 1);
-    EXPECT_STREQ(multi.GetLine(0), "[a line of text");
     EXPECT_STREQ(multi.GetLine(COUNT), "]");
     multi.SetCaret(COUNT, 0);
     Keys("URx");
     EXPECT_STREQ(multi.GetLine(COUNT - 1), "ax line of text");
-
-    // A press far right in a long line, then typing at its end.
-    CItfEditBox& box = Open(0, std::string(MEGABYTE, 'w').c_str());
-    Keys("E");
-    EXPECT_EQ(TopLeft().col, MEGABYTE - 25);
-    for (int i = 0; i < 200; ++i) {
-        Press(BOX_WIDTH - 1, 5);
-        Keys("x");
-    }
-    EXPECT_EQ(box.GetTextLength(), MEGABYTE + 201);
 }
 
 TEST_F(EditBoxTest, TextByCall)
 {
     CItfEditBox& box = Open(MULTI, "ab\r\n\r\ncd");
     EXPECT_EQ(box.GetLineCount(), 3);
-    EXPECT_STREQ(box.GetLine(1), "");
-    EXPECT_STREQ(box.GetLine(2), "cd");
     EXPECT_TRUE(box.GetLine(3) == nullptr && box.GetLine(-1) == nullptr);
-
     Keys("DD+R+R");
     box.SetText(box.GetText()); // its own copy
-    EXPECT_STREQ(box.GetText(), "ab\r\n\r\ncd");
-    EXPECT_EQ(Caret(), (EditPos{0, 0}));
-    EXPECT_EQ(Selection(), NOTHING_SELECTED);
+    EXPECT_EQ(Shown(), "^ab\r\n\r\ncd");
     box.SetText(nullptr);
     EXPECT_STREQ(box.GetText(), "");
     EXPECT_EQ(box.GetLineCount(), 1);
@@ -298,20 +262,11 @@ TEST_F(EditBoxTest, TextByCall)
     box.SetCaret(-1, 9);
     Keys("z");
     EXPECT_STREQ(box.GetText(), "abz\r\ncyd\r\nxef");
-    // So it does where lines are no longer exchanged.
-    box.SetStyle(0);
-    box.SetCaret(1, 1);
-    Keys("1BBBX");
-    EXPECT_STREQ(box.GetText(), "abzd\r\nxef");
-
     // The limit cuts a text that is set, and a long text that is there stays.
     box.SetMaxLength(2);
-    EXPECT_STREQ(box.GetLine(0), "abzd");
+    EXPECT_STREQ(box.GetLine(0), "abz");
     box.SetText("abcd");
     EXPECT_STREQ(box.GetText(), "ab");
-    box.SetMaxLength(0);
-    box.SetText("abcd");
-    EXPECT_STREQ(box.GetText(), "abcd");
 }
 
 TEST_F(EditBoxTest, ModifiedFollowsEditsAndEnterIsTheOnlyReport)
@@ -336,16 +291,9 @@ TEST_F(EditBoxTest, ModifiedFollowsEditsAndEnterIsTheOnlyReport)
             Keys(keys);
             EXPECT_EQ(box.IsModified(), modified);
             ASSERT_EQ(m_pParent->got.size(), reports);
-            for (const RecordingWnd::Got& got : m_pParent->got) {
-                EXPECT_EQ(got.msg, static_cast<std::uint32_t>(ITFM_NOTIFY));
-                EXPECT_EQ(got.wParam, static_cast<std::uint32_t>(EDIT_ENTER));
-                EXPECT_EQ(got.lParam, CONTROL_ID);
-            }
+            EXPECT_TRUE(reports == 0 || m_pParent->got[0].wParam == EDIT_ENTER);
         }
     }
-    CItfEditBox fresh;
-    ASSERT_TRUE(fresh.Create("", "", nullptr, nullptr, 0, 0, &engine));
-    EXPECT_FALSE(fresh.IsModified());
     // The parent may delete the box in its handler.
     Open(0);
     m_pParent->onMessage = [this](const RecordingWnd::Got&) { m_pBox.reset(); };
@@ -377,10 +325,6 @@ TEST_F(EditBoxTest, ViewFollowsTheCaret)
             EXPECT_EQ(TopLeft(), topLeft) << text << " " << keys;
         }
     }
-    // Not even one character fits: the one before the caret shows.
-    Open(0, "abc", 12);
-    Keys("E");
-    EXPECT_EQ(TopLeft().col, 2);
     // Cutting doesn't scroll, but never leaves the view behind the last line.
     Open(MULTI, ten.c_str());
     Keys("+N+N+N*x");
@@ -391,11 +335,10 @@ TEST_F(EditBoxTest, ViewFollowsTheCaret)
 TEST_F(EditBoxTest, PressFindsLineAndColumn)
 {
     const Rows<int, int, EditPos> cases = {
-        {0, 0, {0, 0}},   {3, 0, {0, 0}},   {4, 0, {0, 1}},   {11, 9, {0, 1}},   {12, 9, {0, 2}},
-        {35, 0, {0, 4}},  {36, 0, {0, 5}},  {150, 0, {0, 5}}, {19, 10, {1, 2}},  {20, 10, {1, 3}},
-        {20, 20, {2, 0}}, {20, 39, {3, 1}}, {20, 45, {3, 1}}, {20, 300, {3, 1}},
+        {3, 0, {0, 0}},   {4, 0, {0, 1}},   {11, 9, {0, 1}},  {12, 9, {0, 2}},  {36, 0, {0, 5}},
+        {150, 0, {0, 5}}, {19, 10, {1, 2}}, {20, 20, {2, 0}}, {20, 39, {3, 1}}, {20, 300, {3, 1}},
     };
-    CItfEditBox& box = Open(MULTI, "abcde\r\nabc\r\n\r\na", BOX_WIDTH, 400);
+    CItfEditBox& box = Open(MULTI, "abcde\r\nabc\r\n\r\na", 400);
     // Not counted in: the inner rectangle's corner.
     box.SetInnerRect({30, 7, BOX_WIDTH, 400});
     for (const auto& [x, y, caret] : cases) {
@@ -407,31 +350,31 @@ TEST_F(EditBoxTest, PressFindsLineAndColumn)
 TEST_F(EditBoxTest, MouseSelects)
 {
     CItfEditBox& box = Open(MULTI, "abcdef\r\nghijkl\r\nmn");
-    const auto at = [](int col, int line) { return POINT{BOX_LEFT + 8 * col, BOX_TOP + 10 * line + 5}; };
-
-    Down(at(2, 0).x, at(2, 0).y);
+    const auto mouse = [this](UINT msg, int col, int line) {
+        Mouse(msg, BOX_LEFT + 8 * col, BOX_TOP + 10 * line + 5);
+    };
+    Down(BOX_LEFT + 16, BOX_TOP + 5);
     EXPECT_EQ(CItfWnd::GetCaptureId(), box.GetId());
-    Move(at(4, 1).x, at(4, 1).y);
+    mouse(WM_MOUSEMOVE, 4, 1);
     EXPECT_EQ(Selection(), "cdef\r\nghij");
     Move(5, 700); // outside the box, and below the last line
-    EXPECT_EQ(Caret(), (EditPos{2, 0}));
     EXPECT_EQ(Selection(), "cdef\r\nghijkl\r\n");
     Up(5, 700);
     EXPECT_EQ(CItfWnd::GetCaptureId(), -1);
-    Move(at(1, 0).x, at(1, 0).y);
+    mouse(WM_MOUSEMOVE, 1, 0);
     EXPECT_EQ(Selection(), "cdef\r\nghijkl\r\n") << "the drag went on";
 
-    Down(at(1, 1).x, at(1, 1).y);
+    Down(BOX_LEFT + 8, BOX_TOP + 15);
     EXPECT_EQ(Selection(), NOTHING_SELECTED);
     host.keysDown.erase(VK_LBUTTON); // and the release is never told
     box.Invalidate(nullptr);
-    Move(at(4, 1).x, at(4, 1).y);
+    mouse(WM_MOUSEMOVE, 4, 1);
     EXPECT_EQ(Caret(), (EditPos{1, 1}));
-    Up(at(4, 1).x, at(4, 1).y);
+    mouse(WM_LBUTTONUP, 4, 1);
 
     // A double click takes the caret's line; typing replaces it.
     Press(8 * 3, 15);
-    Mouse(WM_LBUTTONDBLCLK, at(3, 1).x, at(3, 1).y);
+    mouse(WM_LBUTTONDBLCLK, 3, 1);
     EXPECT_EQ(Caret(), (EditPos{1, 3}));
     EXPECT_EQ(Selection(), "ghijkl");
     Keys("x");
@@ -442,88 +385,38 @@ TEST_F(EditBoxTest, DrawsTextCaretAndSelection)
 {
     CItfEditBox& box = Open(MULTI, "abcd\r\nefgh\r\nij");
     box.SetInnerRect({4, 3, BOX_WIDTH, 40});
-    const auto selected = [this](int col, int line) {
-        return BoxPixel(4 + 8 * col + 4, 3 + 10 * line + 5) == SELECTION_PIXEL;
+    // Of the middle of a character's place: text, selected or back.
+    const auto shown = [this](int line) {
+        std::string row;
+        for (int col = 0; col < 5; ++col) {
+            const std::uint16_t pixel = BoxPixel(4 + 8 * col + 4, 3 + 10 * line + 5);
+            row += pixel == TEXT_PIXEL        ? 't'
+                   : pixel == SELECTION_PIXEL ? 's'
+                   : pixel == BACK_PIXEL      ? 'b'
+                                              : '?';
+        }
+        return row;
     };
-    Keys("RR");
-    EXPECT_EQ(BoxPixel(4, 3), TEXT_PIXEL);
+    Keys("RR+D+D"); // selects from 0, 2 to the end of line 2
+    EXPECT_EQ(shown(0) + shown(1) + shown(2), "ttssb"
+                                              "ssssb"
+                                              "ssbbb")
+        << "only text is covered";
     EXPECT_EQ(BoxPixel(3, 3), BACK_PIXEL);
-    EXPECT_EQ(BoxPixel(4 + 8 * 4, 3), BACK_PIXEL) << "behind the text";
-    EXPECT_EQ(BoxPixel(4, 3 + 25), TEXT_PIXEL) << "the third line";
-
-    Keys("+D+D"); // from 0, 2 to the end of line 2
-    const bool expected[3][4] = {
-        {false, false, true, true}, {true, true, true, true}, {true, true, false, false}};
-    for (int line = 0; line < 3; ++line) {
-        for (int col = 0; col < 4; ++col)
-            EXPECT_EQ(selected(col, line), expected[line][col]) << line << ", " << col;
-    }
-    EXPECT_FALSE(selected(4, 0)) << "only text is covered";
     // The caret stands behind the last line's text, a line high.
     EXPECT_EQ(BoxPixel(4 + 16, 3 + 20), CARET_PIXEL);
     EXPECT_EQ(BoxPixel(4 + 17, 3 + 29), CARET_PIXEL);
     EXPECT_EQ(BoxPixel(4 + 18, 3 + 25), BACK_PIXEL);
 
-    // The inner rectangle cuts the caret, and a line that doesn't fit isn't drawn.
+    // A line that doesn't fit isn't drawn.
     box.SetInnerRect({4, 3, BOX_WIDTH, 29});
     box.Invalidate(nullptr);
-    EXPECT_EQ(BoxPixel(4 + 16, 3 + 25), CARET_PIXEL);
-    EXPECT_EQ(BoxPixel(4 + 16, 29), BACK_PIXEL);
-    EXPECT_EQ(BoxPixel(4, 3 + 25), BACK_PIXEL);
+    EXPECT_EQ(shown(2), "bbbbb");
 
     // Without the focus there is neither caret nor selection, and losing it repaints.
     m_pParent->SetFocus();
     EXPECT_EQ(BoxPixel(4 + 16, 3 + 20), BACK_PIXEL);
-    EXPECT_FALSE(selected(1, 1));
-}
-
-TEST_F(EditBoxTest, OverlapsAreMeasuredAsTheFontDoes)
-{
-    WriteFile("resource/txt_res/odd.fnt", "texture = \"test_font.png\"\nsymbols\n{\n"
-                                          "\" \", 0, 0, 4, 10, 0, 4,\n\"i\", 0, 0, 3, 10, 1, 4,\n"
-                                          "\"V\", 0, 0, 8, 10, 3, 9,\n\"A\", 0, 0, 8, 10, 2, 7}\n");
-    Toolkit().fontMap.push_back({"odd", "odd.fnt"});
-    const std::string text = "ViA VVAi iV AAAVViViAiAVVViAAVi ViiAVAVVi AAViV VVi";
-    CItfEditBox& box = Open(0, text.c_str());
-    EXPECT_FALSE(box.SetFont("missing"));
-    ASSERT_TRUE(box.SetFont("odd"));
-    const CItfFont* font = box.GetFont(box.GetFont());
-
-    Keys("E");
-    const int left = TopLeft().col;
-    // The view begins at the first column that leaves the end in sight.
-    EXPECT_LE(font->GetWidth(text.c_str() + left), BOX_WIDTH - 5);
-    EXPECT_GT(font->GetWidth(text.c_str() + left - 1), BOX_WIDTH - 5);
-    // A press on each pixel takes the column whose edge is nearest.
-    for (int x = 0; x < BOX_WIDTH; ++x) {
-        int col = left + 1;
-        const auto width = [&](int to) {
-            return font->GetWidth(
-                text.substr(static_cast<std::size_t>(left), static_cast<std::size_t>(to - left)).c_str());
-        };
-        while (width(col) < x && col < static_cast<int>(text.size()))
-            ++col;
-        if (2 * x < width(col - 1) + width(col))
-            --col;
-        Press(x, 2);
-        ASSERT_EQ(Caret().col, col) << x;
-    }
-}
-
-TEST_F(EditBoxTest, SurvivesAMissingFontAndATinyRectangle)
-{
-    Toolkit().fontMap.clear();
-    CItfEditBox& box = Open(MULTI, "a\r\nb\r\nc");
-    Press(0, 30); // lines count as 25 pixels high
-    EXPECT_EQ(Caret(), (EditPos{1, 1}));
-    for (const RECT& inner : {RECT{0, 0, 3, 5}, RECT{0, 0, 0, 0}, RECT{10, 10, 5, 5}}) {
-        box.SetInnerRect(inner);
-        const EditPos before = Caret();
-        Keys("PN");
-        EXPECT_EQ(Caret(), before) << "no line fits, so a page is none";
-        Keys("PPNExyzHT+NXB");
-    }
-    EXPECT_GE(box.GetLineCount(), 1);
+    EXPECT_EQ(shown(1), "ttttb");
 }
 
 // A box without a background lets others paint, and one of them may close it.
@@ -531,21 +424,12 @@ TEST_F(EditBoxTest, MayGoWhileItRepaints)
 {
     host.clipboard = "pasted";
     for (const std::string keys : {"a", "B", "X", "+I", "*v", "*x", "L", "C", "T"}) {
-        SCOPED_TRACE(keys);
-        Open(MULTI, "text");
-        auto clear = std::make_unique<CItfEditBox>();
-        const RECT rect = {BOX_LEFT, BOX_TOP, BOX_LEFT + BOX_WIDTH, BOX_TOP + 40};
-        ASSERT_TRUE(clear->Create("", nullptr, &rect, m_pParent.get(), CONTROL_ID, MULTI, &engine));
-        clear->SetText("first\r\nsecond");
-        clear->Show(true);
-        clear->SetFocus();
-        clear->SetCaret(0, 2);
+        Open(MULTI, "first\r\nsecond", PAGE * 10, nullptr).SetCaret(0, 2);
         if (keys == "*x")
             Keys("+E");
-        m_pParent->onDraw = [&] { clear.reset(); };
+        m_pParent->onDraw = [this] { m_pBox.reset(); };
         Keys(keys);
-        EXPECT_EQ(clear, nullptr);
-        m_pParent->onDraw = nullptr;
+        EXPECT_EQ(m_pBox, nullptr) << keys;
     }
 }
 

@@ -1,20 +1,16 @@
 // Every dialog of the contract: with the shipped data, without each of its controls, and with more in it than
-// it has room for. A new dialog gets a row in ROWS.
+// it has room for. A new dialog gets an opener.
 
-#include <algorithm>
 #include <cstring>
 #include <fstream>
-#include <iterator>
+#include <functional>
+#include <map>
 
 #include "controls/itflistbox.h"
 #include "flow/dialog_contract.h"
 #include "flow/editboxdlg.h"
 #include "flow/endgamedlg.h"
-#include "flow/flow.h"
-#include "flow/valuebox.h"
-#include "platform/files.h"
 #include "saves/filedlg.h"
-#include "scenario/scenseldlg.h"
 #include "support/toolkit_fixture.h"
 
 using namespace seawarden_test;
@@ -62,14 +58,6 @@ std::string ResourceWithout(const std::string& section, const ControlRule& contr
 class EveryDialogTest : public ToolkitTest
 {
   protected:
-    struct RowOf {
-        const char* section;
-        /// Gives the dialog, which the test or the flow owns.
-        CItfDialog* (EveryDialogTest::*open)();
-        void (EveryDialogTest::*overfill)(); ///< null for a dialog that shows nothing of anybody
-    };
-    static const RowOf ROWS[];
-
     void SetUp() override
     {
         std::strcpy(status.szPath, SCENARIO);
@@ -79,33 +67,43 @@ class EveryDialogTest : public ToolkitTest
         engine.currentScene = &scene;
         engine.gameState = &state;
         WriteFile("resource/txt_res/itfCredits.txt", "Some names\r\n");
+        Start(9999);
+    }
+    // Each gives the dialog, which the test or the flow owns.
+    std::map<std::string, std::function<CItfDialog*()>> Openers()
+    {
+        const auto byEvent = [this](int code) { return [=, this] { return OpenByEvent(code); }; };
+        const auto byMenu = [this](int item) { return [=, this] { return OpenByMenu(item); }; };
+        return {
+            {SECTION_MAIN, byEvent(EVENT_MAIN_MENU)},
+            {SECTION_MESSAGE, byEvent(EVENT_MESSAGE)},
+            {SECTION_QUESTION, byEvent(EVENT_LEAVE_BATTLE)},
+            {SECTION_EDIT, [this] { return OpenEdit(); }},
+            {SECTION_FILE, [this] { return OpenFile(); }},
+            {SECTION_SCENARIOS, byMenu(MENU_SCENARIO)},
+            {SECTION_SCENARIO_BRIEF, [this] { return OpenBriefing(); }},
+            {SECTION_HELP, byEvent(EVENT_HELP)},
+            {SECTION_CREDITS, byMenu(MENU_CREDITS)},
+            {SECTION_END_GAME, byEvent(EVENT_END_GAME)},
+            {SECTION_STATISTICS, [this] { return OpenStatistics(); }},
+            {SECTION_STATUS, byEvent(EVENT_SCENARIO_STATUS)},
+        };
     }
     CMainWnd& Top() { return dynamic_cast<CMainWnd&>(*Toolkit().windows.front().wnd); }
-    CItfDialog* Newest()
-    {
-        for (auto entry = Toolkit().windows.rbegin(); entry != Toolkit().windows.rend(); ++entry) {
-            if (auto* dialog = dynamic_cast<CItfDialog*>(entry->wnd))
-                return dialog;
-        }
-        return nullptr;
-    }
     CItfDialog* OpenByEvent(int code)
     {
         ItfEvent event;
         event.code = code;
         event.object = &status;
         SendEvent(event);
-        return Newest();
+        return Find<CItfDialog>();
     }
     CItfDialog* OpenByMenu(int item)
     {
         CItfWnd::PostTo(Top().GetId(), ITFM_COMMAND, DLG_MAIN, item);
         Frame();
-        return Newest();
+        return Find<CItfDialog>();
     }
-    CItfDialog* OpenMain() { return OpenByEvent(EVENT_MAIN_MENU); }
-    CItfDialog* OpenMessage() { return OpenByEvent(EVENT_MESSAGE); }
-    CItfDialog* OpenQuestion() { return OpenByEvent(EVENT_LEAVE_BATTLE); }
     CItfDialog* OpenEdit()
     {
         edit = std::make_unique<CEditBoxDlg>();
@@ -119,28 +117,23 @@ class EveryDialogTest : public ToolkitTest
         file = std::make_unique<CFileDlg>();
         EXPECT_TRUE(file->Create(engine.textTable.GetText(TEXT_IMPORT_TITLE), nullptr, nullptr, &Top(), 100,
                                  0, &engine, ".\\scenarios"));
-        file->AddFilter("f1", "exp");
-        file->SetFilter(0);
         file->Show(true);
         return file.get();
     }
-    CItfDialog* OpenScenarios() { return OpenByMenu(MENU_SCENARIO); }
     CItfDialog* OpenBriefing()
     {
         Top().ShowScenBriefDlg(SCENARIO);
-        return Newest();
+        return Find<CItfDialog>();
     }
-    CItfDialog* OpenHelp() { return OpenByEvent(EVENT_HELP); }
-    CItfDialog* OpenCredits() { return OpenByMenu(MENU_CREDITS); }
-    CItfDialog* OpenEndGame() { return OpenByEvent(EVENT_END_GAME); }
     CItfDialog* OpenStatistics()
     {
-        CItfWnd::SendTo(OpenEndGame()->GetId(), ITFM_NOTIFY, NOTIFY_CLICKED, CEndGameDlg::IDC_STATISTICS);
-        return Newest();
+        const int id = OpenByEvent(EVENT_END_GAME)->GetId();
+        CItfWnd::SendTo(id, ITFM_NOTIFY, NOTIFY_CLICKED, CEndGameDlg::IDC_STATISTICS);
+        return Find<CItfDialog>();
     }
-    CItfDialog* OpenStatus() { return OpenByEvent(EVENT_SCENARIO_STATUS); }
 
-    void LongTexts()
+    // More of everything than any dialog has room for.
+    void Overfill()
     {
         std::string text;
         for (int word = 0; word < 5000; ++word)
@@ -151,34 +144,23 @@ class EveryDialogTest : public ToolkitTest
             engine.textTable.texts[number] = text;
         status.nPercentA = INT32_MIN;
         status.nPercentB = INT32_MAX;
-    }
-    void ManyFiles()
-    {
-        LongTexts();
-        for (int n = 0; n < 300; ++n)
-            WriteFile("scenarios/" + std::string(static_cast<std::size_t>(n % 100), 'w') + std::to_string(n) +
-                          (n % 2 == 0 ? ".sc" : ".exp"),
-                      std::string(0x400, 'W'));
-    }
-    void LongCredits()
-    {
-        std::string text;
-        while (text.size() < (5u << 20))
-            text += std::string(text.size() % 300, 'c') + (text.size() % 7 == 0 ? "\r\n" : " ");
-        WriteFile("resource/txt_res/itfCredits.txt", text);
-    }
-    void ManyPlayers()
-    {
-        LongTexts();
+        for (int n = 0; n < 300; ++n) {
+            const std::string name = std::string(static_cast<std::size_t>(n % 100), 'w') + std::to_string(n);
+            WriteFile("scenarios/" + name + (n % 2 == 0 ? ".sc" : ".exp"), std::string(0x400, 'W'));
+        }
+        std::string credits;
+        while (credits.size() < (5u << 20))
+            credits += std::string(credits.size() % 300, 'c') + (credits.size() % 7 == 0 ? "\r\n" : " ");
+        WriteFile("resource/txt_res/itfCredits.txt", credits);
         engine.net.networkGame = true;
         game.players.assign(8, std::vector<const char*>(25, engine.textTable.GetText(1)));
         std::fill(std::begin(game.time), std::end(game.time), INT32_MAX);
     }
 
-    // Opens the row's dialog, presses all that it has, and closes everything.
-    void Exercise(const RowOf& row, const ControlRule* missing = nullptr)
+    // Opens the dialog, presses all that it has, and closes everything.
+    void Exercise(const DialogRule& rule, const ControlRule* missing = nullptr)
     {
-        CItfDialog* dialog = (this->*row.open)();
+        CItfDialog* dialog = Openers().at(rule.section)();
         ASSERT_NE(dialog, nullptr);
         if (missing != nullptr && missing->kind != KIND_MENUITEM) {
             ASSERT_EQ(dialog->GetControl(missing->id), nullptr);
@@ -188,20 +170,14 @@ class EveryDialogTest : public ToolkitTest
         ASSERT_GT(id, Top().GetId());
         for (int frame = 0; frame < 3; ++frame)
             Frame(21);
-        for (const ControlRule& control : FindDialogRule(row.section)->controls) {
-            for (const int code : {static_cast<int>(NOTIFY_CLICKED), static_cast<int>(LIST_SELECTED)})
-                CItfWnd::SendTo(id, ITFM_NOTIFY, static_cast<std::uint32_t>(code), control.id);
+        for (const ControlRule& control : rule.controls) {
+            CItfWnd::SendTo(id, ITFM_NOTIFY, NOTIFY_CLICKED, control.id);
+            CItfWnd::SendTo(id, ITFM_NOTIFY, LIST_SELECTED, control.id);
             CItfWnd::SetDrawing(true);
         }
         Frame(21);
         edit.reset();
         file.reset();
-        CloseAll();
-    }
-    void ExpectRefused(const RowOf& row)
-    {
-        EXPECT_THROW((this->*row.open)(), int);
-        EXPECT_FALSE(TakeDebug().empty()) << "which control it lacks";
         CloseAll();
     }
     void CloseAll()
@@ -221,38 +197,21 @@ class EveryDialogTest : public ToolkitTest
     std::unique_ptr<CFileDlg> file;
 };
 
-const EveryDialogTest::RowOf EveryDialogTest::ROWS[] = {
-    {SECTION_MAIN, &EveryDialogTest::OpenMain, nullptr},
-    {SECTION_MESSAGE, &EveryDialogTest::OpenMessage, &EveryDialogTest::LongTexts},
-    {SECTION_QUESTION, &EveryDialogTest::OpenQuestion, &EveryDialogTest::LongTexts},
-    {SECTION_EDIT, &EveryDialogTest::OpenEdit, &EveryDialogTest::LongTexts},
-    {SECTION_FILE, &EveryDialogTest::OpenFile, &EveryDialogTest::ManyFiles},
-    {SECTION_SCENARIOS, &EveryDialogTest::OpenScenarios, &EveryDialogTest::ManyFiles},
-    {SECTION_SCENARIO_BRIEF, &EveryDialogTest::OpenBriefing, &EveryDialogTest::LongTexts},
-    {SECTION_HELP, &EveryDialogTest::OpenHelp, nullptr},
-    {SECTION_CREDITS, &EveryDialogTest::OpenCredits, &EveryDialogTest::LongCredits},
-    {SECTION_END_GAME, &EveryDialogTest::OpenEndGame, &EveryDialogTest::LongTexts},
-    {SECTION_STATISTICS, &EveryDialogTest::OpenStatistics, &EveryDialogTest::ManyPlayers},
-    {SECTION_STATUS, &EveryDialogTest::OpenStatus, &EveryDialogTest::LongTexts},
-};
-
 TEST_F(EveryDialogTest, OpensWithTheShippedDataAndWithoutWhatMayBeMissing)
 {
-    Start(9999);
     for (const DialogRule& rule : DialogContract()) {
         SCOPED_TRACE(rule.section);
-        const auto row = std::find_if(std::begin(ROWS), std::end(ROWS), [&](const RowOf& known) {
-            return std::strcmp(known.section, rule.section) == 0;
-        });
-        ASSERT_NE(row, std::end(ROWS)) << "a dialog without a row here";
-        Exercise(*row);
+        Exercise(rule);
         for (const ControlRule& control : rule.controls) {
             SCOPED_TRACE(control.id);
             WriteDialogs(ResourceWithout(rule.section, control));
-            if (control.required)
-                ExpectRefused(*row);
-            else
-                Exercise(*row, &control);
+            if (!control.required) {
+                Exercise(rule, &control);
+                continue;
+            }
+            EXPECT_THROW(Openers().at(rule.section)(), int);
+            EXPECT_FALSE(TakeDebug().empty()) << "which control it lacks";
+            CloseAll();
         }
         std::filesystem::remove(userFolder / RESOURCE);
     }
@@ -260,13 +219,10 @@ TEST_F(EveryDialogTest, OpensWithTheShippedDataAndWithoutWhatMayBeMissing)
 
 TEST_F(EveryDialogTest, OpensOverfull)
 {
-    Start(9999);
-    for (const RowOf& row : ROWS) {
-        if (row.overfill == nullptr)
-            continue;
-        SCOPED_TRACE(row.section);
-        (this->*row.overfill)();
-        Exercise(row);
+    Overfill();
+    for (const DialogRule& rule : DialogContract()) {
+        SCOPED_TRACE(rule.section);
+        Exercise(rule);
     }
 }
 

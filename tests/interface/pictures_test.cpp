@@ -12,8 +12,6 @@
 #include "controls/itfmenu.h"
 #include "flow/editboxdlg.h"
 #include "flow/endgamedlg.h"
-#include "flow/flow.h"
-#include "flow/maindlg.h"
 #include "flow/valuebox.h"
 #include "logic/text_table.h"
 #include "render/picture.h"
@@ -32,9 +30,7 @@ class PicturesTest : public ToolkitTest
   protected:
     void SetUp() override
     {
-        std::uint32_t version = 0x00010000;
-        engine.profile.SelectSection("VERSION", 1);
-        engine.profile.Write("Version", "x", &version);
+        engine.profile.version = 0x00010000;
         engine.textTable.texts = {
             {116, "Version"}, {16, "Are you sure, Captain?"}, {13150, "Leaving the Bridge"}};
         engine.refused.insert("shader");
@@ -54,6 +50,20 @@ class PicturesTest : public ToolkitTest
         ASSERT_TRUE(m_Texts.Load("resource\\txt_res\\texts.ini"));
         Toolkit().textTable = &m_Texts;
     }
+    void Redraw()
+    {
+        CItfWnd::SetDrawing(true);
+        CItfWnd::RedrawAll();
+        Frame();
+    }
+    // Shows the dialog, and lets it go.
+    void CheckDialog(CItfDialog& dialog, const std::string& name)
+    {
+        dialog.Show(true);
+        Redraw();
+        Check(name);
+        dialog.Destroy();
+    }
     CItfWnd& Top() { return *CItfWnd::FindWindow(0); }
 
   private:
@@ -71,14 +81,13 @@ TEST_F(PicturesTest, MainMenu)
 TEST_F(PicturesTest, MenuItemsAreCleanAfterThePointerHasPassed)
 {
     Move(5, 5);
-    CItfWnd::RedrawAll();
-    Frame();
+    Redraw();
     const Picture before = TakePicture(engine.render, Toolkit().screenSurface);
     for (int y = 176; y < 496; y += 4) {
         Move(640, y);
         Frame();
     }
-    auto* menu = dynamic_cast<CItfMenu*>(CItfWnd::FindWindow(Toolkit().windows[2].id));
+    auto* menu = Find<CItfMenu>();
     ASSERT_NE(menu, nullptr);
     menu->GetRoot().ClearItemState(-1, MENUITEM_HIGHLIGHTED);
     for (int i = 0; ItfMenuItem* item = menu->GetRoot().GetItem(i); ++i)
@@ -89,8 +98,7 @@ TEST_F(PicturesTest, MenuItemsAreCleanAfterThePointerHasPassed)
 
 TEST_F(PicturesTest, Question)
 {
-    CItfWnd::PostTo(0, ITFM_COMMAND, 10, 10);
-    Frame();
+    Choose(MENU_QUIT);
     Move(320, 412);
     Frame();
     Check("question");
@@ -113,7 +121,6 @@ TEST_F(PicturesTest, EditBox)
 {
     CEditBoxDlg box;
     ASSERT_TRUE(box.Create("By what name shall the Admiralty know you?", &Top(), 1, 0, &engine));
-    box.Show(true);
     box.SetValue("Captain A. Hollis");
     auto* edit = box.GetControlAs<CItfEditBox>(CEditBoxDlg::IDC_VALUE);
     ASSERT_NE(edit, nullptr);
@@ -123,22 +130,16 @@ TEST_F(PicturesTest, EditBox)
     for (int i = 0; i < 6; ++i)
         Key(VK_LEFT);
     host.keysDown.clear();
-    CItfWnd::RedrawAll();
-    Frame();
-    Check("edit_box");
-    box.Destroy();
+    CheckDialog(box, "edit_box");
 }
 
 // The list of the shipped scenarios, the choice of a file in a folder of the player's, and a briefing.
 TEST_F(PicturesTest, TheWayToAScenario)
 {
     UseShippedTexts();
-    CItfWnd::PostTo(0, ITFM_COMMAND, DLG_MAIN, MENU_SCENARIO);
-    Frame();
-    CItfWnd::SetDrawing(true);
+    Choose(MENU_SCENARIO);
     Move(5, 5);
-    CItfWnd::RedrawAll();
-    Frame();
+    Redraw();
     Check("scenarios");
 
     WriteFile("exports/A long night off the skerries.exp", "");
@@ -148,21 +149,11 @@ TEST_F(PicturesTest, TheWayToAScenario)
                              (userFolder / "exports").string().c_str()));
     // The test's own folder has another name each time.
     files.GetControlAs<CItfEditBox>(CFileDlg::IDC_FOLDER)->SetText("/exports");
-    CItfWnd::SetDrawing(true);
-    files.Show(true);
-    CItfWnd::RedrawAll();
-    Frame();
-    Check("files");
-    files.Destroy();
+    CheckDialog(files, "files");
 
     CScenBriefDlg brief;
     ASSERT_TRUE(brief.Create("", nullptr, nullptr, &Top(), 1, 0, &engine, "scenarios\\grey_road.sc"));
-    CItfWnd::SetDrawing(true);
-    brief.Show(true);
-    CItfWnd::RedrawAll();
-    Frame();
-    Check("briefing");
-    brief.Destroy();
+    CheckDialog(brief, "briefing");
 }
 
 // What comes over a battle and at its end, the statistics being those of a network game.
@@ -187,9 +178,7 @@ TEST_F(PicturesTest, TheWayOutOfABattle)
         event.value2 = value;
         event.object = object;
         SendEvent(event);
-        CItfWnd::SetDrawing(true);
-        CItfWnd::RedrawAll();
-        Frame();
+        Redraw();
         if (picture != nullptr)
             Check(picture);
     };
@@ -203,19 +192,10 @@ TEST_F(PicturesTest, TheWayOutOfABattle)
     open(EVENT_END_GAME, 1, nullptr, "victory");
     engine.net.networkGame = true;
     open(EVENT_END_GAME, 1, nullptr, nullptr);
-    for (const WindowEntry& entry : Toolkit().windows) {
-        if (auto* end = dynamic_cast<CEndGameDlg*>(entry.wnd)) {
-            CItfWnd::SendTo(end->GetId(), ITFM_NOTIFY, NOTIFY_CLICKED, CEndGameDlg::IDC_STATISTICS);
-            break;
-        }
-    }
-    CItfWnd::SetDrawing(true);
-    CItfWnd::RedrawAll();
-    Frame();
+    CItfWnd::SendTo(Find<CEndGameDlg>()->GetId(), ITFM_NOTIFY, NOTIFY_CLICKED, CEndGameDlg::IDC_STATISTICS);
+    Redraw();
     Check("network_statistics");
-    Send(MSG_ITF_CLOSE_ALL);
-    engine.currentScene = nullptr;
-    engine.gameState = nullptr;
+    DropUi(); // before the scene
 }
 
 TEST_F(PicturesTest, DisabledAndPressedButtons)

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "support/rows.h"
 #include "support/toolkit_fixture.h"
 
 using namespace seawarden_test;
@@ -26,15 +27,11 @@ class WindowTest : public ToolkitTest
 TEST_F(WindowTest, CreateEntersTheTableOnceAndUpToItsLimit)
 {
     RecordingWnd top;
-    EXPECT_EQ(top.GetId(), -1);
     engine.hasRender = false;
     EXPECT_FALSE(top.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine)) << "no 2-D layer";
     engine.hasRender = true;
-    EXPECT_FALSE(top.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, nullptr)) << "no host";
     ASSERT_TRUE(top.Create(nullptr, "unknown", nullptr, nullptr, 0, 0, &engine))
         << "a missing sprite is no failure";
-    EXPECT_EQ(top.GetId(), 0);
-    EXPECT_EQ(top.GetSprite(), -1);
     EXPECT_EQ(top.GetClientRect(), (RECT{0, 0, 800, 600})) << "no rectangle: the whole screen";
     EXPECT_FALSE(top.IsVisible()) << "not shown yet";
     EXPECT_FALSE(top.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine)) << "it exists";
@@ -42,7 +39,6 @@ TEST_F(WindowTest, CreateEntersTheTableOnceAndUpToItsLimit)
     std::vector<std::unique_ptr<RecordingWnd>> rest;
     while (Toolkit().windows.size() < MAX_WINDOWS)
         rest.push_back(Make({10, 20, 30, 50}, &top));
-    EXPECT_EQ(rest[0]->GetInnerRect(), (RECT{0, 0, 20, 30}));
     const int next = Toolkit().nextWindowId;
     RecordingWnd late;
     EXPECT_FALSE(late.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine));
@@ -63,8 +59,7 @@ TEST_F(WindowTest, VisibilityHasTwoSwitchesThatGoDownTheTree)
     EXPECT_TRUE(top->IsVisible());
     EXPECT_FALSE(child->IsVisible() || grandchild->IsVisible());
     top->Enable(false);
-    EXPECT_FALSE(top->IsEnabled());
-    EXPECT_TRUE(child->IsEnabled()) << "this window alone";
+    EXPECT_TRUE(child->IsEnabled()) << "the window alone";
 
     // The dirty bit comes with the first Show alone.
     grandchild->Show(true);
@@ -74,33 +69,7 @@ TEST_F(WindowTest, VisibilityHasTwoSwitchesThatGoDownTheTree)
     EXPECT_EQ(grandchild->GetState() & IWF_DIRTY, 0u);
 }
 
-TEST_F(WindowTest, TreeQueriesAndCoordinates)
-{
-    auto top = Make({10, 20, 110, 120});
-    auto child = Make({5, 6, 55, 56}, top.get());
-    auto grandchild = Make({1, 2, 11, 12}, child.get());
-    EXPECT_TRUE(grandchild->IsDescendantOf(top->GetId()));
-    EXPECT_FALSE(top->IsDescendantOf(top->GetId())) << "a window isn't inside itself";
-    EXPECT_TRUE(top->IsAncestorOf(grandchild->GetId()));
-    EXPECT_FALSE(top->IsAncestorOf(999));
-    RECT screen;
-    grandchild->GetScreenRect(&screen);
-    EXPECT_EQ(screen, (RECT{16, 28, 26, 38}));
-    POINT point = {16, 28};
-    grandchild->ScreenToClient(&point);
-    EXPECT_EQ(point, (POINT{0, 0}));
-    for (const auto& [x, y, hit] :
-         {std::tuple{16, 28, true}, {25, 37, true}, {26, 37, false}, {25, 38, false}}) {
-        const POINT at = {x, y};
-        EXPECT_EQ(grandchild->HitTest(&at), hit) << x << "," << y;
-    }
-    const SIZE size = {7, 8};
-    grandchild->SetInnerRect({1, 1, 2, 2});
-    grandchild->SetSize(&size, false);
-    EXPECT_EQ(grandchild->GetInnerRect(), (RECT{0, 0, 7, 8})) << "SetSize resets the inner rectangle";
-}
-
-TEST_F(WindowTest, InvalidatePaintsDescendantsInTheRectangleInTableOrder)
+TEST_F(WindowTest, InvalidatePaintsDescendantsInTheRectangle)
 {
     auto top = Make({0, 0, 200, 200});
     auto left = Make({0, 0, 50, 50}, top.get());
@@ -108,25 +77,21 @@ TEST_F(WindowTest, InvalidatePaintsDescendantsInTheRectangleInTableOrder)
     auto stranger = Make({0, 0, 200, 200});
     const RECT rect = {40, 40, 120, 110};
     top->Invalidate(&rect);
-    ASSERT_EQ(top->draws.size(), 1u);
-    EXPECT_EQ(top->draws[0], rect);
-    ASSERT_EQ(left->draws.size(), 1u);
-    EXPECT_EQ(left->draws[0], (RECT{40, 40, 50, 50}));
-    ASSERT_EQ(right->draws.size(), 1u);
-    EXPECT_EQ(right->draws[0], (RECT{0, 0, 20, 10}));
+    using Draws = std::vector<RECT>;
+    EXPECT_EQ(top->draws, Draws{rect});
+    EXPECT_EQ(left->draws, (Draws{{40, 40, 50, 50}}));
+    EXPECT_EQ(right->draws, (Draws{{0, 0, 20, 10}}));
     EXPECT_TRUE(stranger->draws.empty());
 
     // Drawing off: only remembered. Hidden: not even that.
     CItfWnd::SetDrawing(false);
     top->Invalidate(nullptr);
     EXPECT_EQ(top->draws.size(), 1u);
-    EXPECT_EQ(top->GetUpdateRect(), top->GetClientRect());
     EXPECT_NE(top->GetState() & IWF_DIRTY, 0u);
     top->Show(false);
     top->Invalidate(&rect);
     EXPECT_EQ(top->GetUpdateRect(), top->GetClientRect());
 
-    // The style bit for one window alone.
     CItfWnd::SetDrawing(true);
     top->Show(true);
     top->SetStyle(IWS_ALONE);
@@ -174,14 +139,14 @@ TEST_F(WindowTest, BackgroundSpriteIsCutNotStretched)
     ASSERT_TRUE(wnd.Create(nullptr, "GREEN", &rect, nullptr, 0, 0, &engine)) << "case doesn't matter";
     wnd.Show(true);
     wnd.Invalidate(nullptr);
-    EXPECT_EQ(Pixel(100, 100), 0x07e0);
     EXPECT_EQ(Pixel(109, 109), 0x07e0);
     EXPECT_EQ(Pixel(110, 100), 0);
-    EXPECT_EQ(Pixel(99, 100), 0);
     // An update rectangle that misses the window leaves the dirty bit.
     const RECT outside = {40, 40, 50, 50};
     wnd.Invalidate(&outside);
     EXPECT_NE(wnd.GetState() & IWF_DIRTY, 0u);
+    wnd.Destroy();
+    EXPECT_EQ(Toolkit().sprites.back().refs, 1) << "a later window finds the sprite loaded";
 }
 
 TEST_F(WindowTest, FocusAndMessages)
@@ -198,21 +163,18 @@ TEST_F(WindowTest, FocusAndMessages)
     EXPECT_EQ(child->got[0].msg, static_cast<std::uint32_t>(ITFM_LOSTFOCUS));
     EXPECT_EQ(focusInHandler, top->GetId()) << "after the focus has changed";
 
+    top->got.clear();
     child->Notify(200);
     ASSERT_EQ(top->got.size(), 1u);
     EXPECT_EQ(top->got[0].wParam, 200u);
     EXPECT_EQ(top->got[0].lParam, 33);
     top->Notify(200); // no parent: nothing
-    top->PostToParent(ITFM_NOTIFY, 1, 2);
-    EXPECT_TRUE(Toolkit().posted.empty());
-    EXPECT_EQ(CItfWnd::SendTo(999, ITFM_NOTIFY, 0, 0), 0);
 
     // WM_DESTROY needs no row, but a table.
     child->Dispatch(WM_DESTROY, 0, 0);
     EXPECT_EQ(child->GetId(), -1);
     CItfWnd plain;
-    const RECT rect = {0, 0, 10, 10};
-    ASSERT_TRUE(plain.Create(nullptr, nullptr, &rect, nullptr, 0, 0, &engine));
+    ASSERT_TRUE(plain.Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine));
     plain.Dispatch(WM_DESTROY, 0, 0);
     EXPECT_NE(plain.GetId(), -1);
 }
@@ -226,13 +188,6 @@ TEST_F(WindowTest, PostedQueueDeliversWhatIsPostedOnTheWayUpToItsLimit)
     EXPECT_TRUE(CItfWnd::PostTo(id, ITFM_COMMAND, 1, 2));
     CItfWnd::DeliverPosted();
     EXPECT_EQ(wnd->got.size(), MAX_POSTED);
-    EXPECT_TRUE(Toolkit().posted.empty());
-
-    wnd->onMessage = nullptr;
-    for (std::size_t i = 0; i < MAX_POSTED; ++i)
-        EXPECT_TRUE(CItfWnd::PostTo(id, ITFM_COMMAND, 0, 0));
-    EXPECT_FALSE(CItfWnd::PostTo(id, ITFM_COMMAND, 0, 0));
-    Toolkit().posted.clear();
 
     // A handler that throws loses its own message, not those behind it.
     wnd->got.clear();
@@ -243,21 +198,18 @@ TEST_F(WindowTest, PostedQueueDeliversWhatIsPostedOnTheWayUpToItsLimit)
     for (std::uint32_t i = 0; i < 3; ++i)
         CItfWnd::PostTo(id, ITFM_COMMAND, i, 0);
     EXPECT_THROW(CItfWnd::DeliverPosted(), int);
-    EXPECT_EQ(Toolkit().posted.size(), 1u);
     CItfWnd::DeliverPosted();
     EXPECT_EQ(wnd->got.size(), 3u);
-}
 
-TEST_F(WindowTest, AHandlerThatRunsFramesItselfDeliversNothingTwice)
-{
-    auto wnd = Make({0, 0, 100, 100});
+    // A handler that runs frames itself delivers nothing twice, and nothing out of order.
+    wnd->got.clear();
     bool nested = false;
     wnd->onMessage = [&](const RecordingWnd::Got&) {
         if (!std::exchange(nested, true))
             CItfWnd::DeliverPosted();
     };
     for (std::uint32_t i = 0; i < 3; ++i)
-        CItfWnd::PostTo(wnd->GetId(), ITFM_COMMAND, i, 0);
+        CItfWnd::PostTo(id, ITFM_COMMAND, i, 0);
     CItfWnd::DeliverPosted();
     std::vector<std::uint32_t> order;
     for (const RecordingWnd::Got& got : wnd->got)
@@ -285,76 +237,57 @@ TEST_F(WindowTest, MovingPaintsTheOldPlaceAndAWindowMayBeMadeAgain)
     EXPECT_EQ(wnd, nullptr);
 
     back->Destroy();
-    const RECT rect = {0, 0, 10, 10};
-    ASSERT_TRUE(back->Create(nullptr, nullptr, &rect, nullptr, 0, 0, &engine));
+    ASSERT_TRUE(back->Create(nullptr, nullptr, nullptr, nullptr, 0, 0, &engine));
     EXPECT_FALSE(back->IsVisible()) << "as new";
-    EXPECT_EQ(back->GetCaption(), "");
 }
 
-// Each walk goes on when a window destroys and deletes itself, its parent, or the window behind it.
+// Each walk goes on when a window deletes itself, its parent and all in it, or the window behind it.
 TEST_F(WindowTest, WalksSurviveWindowsThatGoAway)
 {
-    enum class Walk { Dispatch, Deliver, Tick, Invalidate, RedrawAll, RedrawBehind };
-    enum class Victim { Self, Parent, Next };
-    for (const Walk walk :
-         {Walk::Dispatch, Walk::Deliver, Walk::Tick, Walk::Invalidate, Walk::RedrawAll, Walk::RedrawBehind}) {
-        for (const Victim victim : {Victim::Self, Victim::Parent, Victim::Next}) {
-            SCOPED_TRACE(static_cast<int>(walk) * 10 + static_cast<int>(victim));
-            auto parent = Make({0, 0, 100, 100});
-            auto self = Make({0, 0, 50, 50}, parent.get());
-            auto next = Make({0, 0, 50, 50}, parent.get());
-            auto last = Make({0, 0, 100, 100});
-            RecordingWnd* lastSeen = last.get();
+    enum Victim { SELF, NEXT, ALL };
+    struct Scene {
+        std::unique_ptr<RecordingWnd> parent, self, next, last;
+    };
+    const RECT all = {0, 0, 800, 600};
+    // What a walk does, and how often it comes to the last window.
+    const std::pair<std::function<void(Scene&)>, std::size_t> walks[] = {
+        {[](Scene& scene) {
+             for (const auto* wnd : {&scene.self, &scene.next, &scene.last})
+                 CItfWnd::PostTo((*wnd)->GetId(), ITFM_COMMAND, 0, 0);
+             CItfWnd::DeliverPosted();
+         },
+         1},
+        {[](Scene&) { CItfWnd::TickAll(1); }, 1},
+        {[](Scene&) { CItfWnd::RedrawAll(); }, 1},
+        {[](Scene& scene) { scene.parent->Invalidate(nullptr); }, 0},
+        {[&](Scene& scene) { scene.last->RedrawBehind(&all); }, 0},
+    };
+    for (const auto& [walk, reached] : walks) {
+        for (const Victim victim : {SELF, NEXT, ALL}) {
+            SCOPED_TRACE(victim);
+            Scene scene;
+            scene.parent = Make({0, 0, 100, 100});
+            scene.self = Make({0, 0, 50, 50}, scene.parent.get());
+            scene.next = Make({0, 0, 50, 50}, scene.parent.get());
+            scene.last = Make({0, 0, 100, 100});
             bool acted = false;
-            // As a dialog does: the object of the victim goes, with its controls where it has them.
-            auto act = [&] {
-                if (acted)
+            const auto act = [&] {
+                if (std::exchange(acted, true))
                     return;
-                acted = true;
-                if (victim == Victim::Self)
-                    self.reset();
-                else if (victim == Victim::Next)
-                    next.reset();
-                else {
-                    self.reset();
-                    next.reset();
-                    parent.reset();
-                }
+                if (victim != SELF)
+                    scene.next.reset();
+                if (victim == ALL)
+                    scene.parent.reset();
+                if (victim != NEXT)
+                    scene.self.reset(); // last: this function goes with it
             };
-            RecordingWnd* actor = self.get();
-            actor->onMessage = [&](const RecordingWnd::Got&) { act(); };
-            actor->onTick = actor->onDraw = [&, act] {
-                auto run = act;
-                run();
-            };
-            const RECT all = {0, 0, 800, 600};
-            switch (walk) {
-            case Walk::Dispatch:
-                EXPECT_EQ(CItfWnd::SendTo(actor->GetId(), ITFM_COMMAND, 0, 0), 0);
-                break;
-            case Walk::Deliver:
-                CItfWnd::PostTo(self->GetId(), ITFM_COMMAND, 0, 0);
-                CItfWnd::PostTo(next->GetId(), ITFM_COMMAND, 0, 0);
-                CItfWnd::PostTo(last->GetId(), ITFM_COMMAND, 0, 0);
-                CItfWnd::DeliverPosted();
-                EXPECT_EQ(lastSeen->got.size(), 1u);
-                break;
-            case Walk::Tick:
-                CItfWnd::TickAll(1);
-                EXPECT_EQ(lastSeen->ticks, 1);
-                break;
-            case Walk::Invalidate:
-                parent->Invalidate(nullptr);
-                break;
-            case Walk::RedrawAll:
-                CItfWnd::RedrawAll();
-                EXPECT_EQ(lastSeen->draws.size(), 1u);
-                break;
-            case Walk::RedrawBehind:
-                lastSeen->RedrawBehind(&all);
-                break;
-            }
+            scene.self->onTick = scene.self->onDraw = act;
+            scene.self->onMessage = [act](const RecordingWnd::Got&) { act(); };
+            walk(scene);
             EXPECT_TRUE(acted);
+            EXPECT_EQ(scene.last->got.size() + static_cast<std::size_t>(scene.last->ticks) +
+                          scene.last->draws.size(),
+                      reached);
         }
     }
 }

@@ -26,65 +26,38 @@ TEST_F(DsFile, WritesToThePlayersFolderAndReadsBack)
     char buffer[8] = {};
     EXPECT_EQ(file.read(buffer, 8), 0u) << "opened for writing";
     EXPECT_TRUE(file.close());
-    EXPECT_STREQ(file.get_name(), "");
     EXPECT_EQ(roots.Get("user/SaveData/one.sav"), "hEllo");
 
     file.open("savedata/ONE.SAV", ds_file::MODE_READ);
-    EXPECT_STREQ(file.get_name(), "savedata/ONE.SAV");
-    EXPECT_EQ(file.get_time(), 1'000'000'000);
-    EXPECT_FALSE(file.set_time(1)) << "opened for reading";
-    EXPECT_EQ(file.write("x", 1), 0u);
-    EXPECT_EQ(file.read(buffer, 2), 2u);
-    EXPECT_EQ(file.get_cur_pos(), 2u);
-    EXPECT_FALSE(file.set_pos(6));
-    EXPECT_EQ(file.get_cur_pos(), 2u);
-    EXPECT_TRUE(file.set_pos(5));
-    EXPECT_EQ(file.read(buffer, 2), 0u);
     ds_file::sys_time time;
     EXPECT_TRUE(file.get_sys_time(time));
     EXPECT_EQ(time.wYear, 2001);
+    EXPECT_EQ(file.write("x", 1), 0u) << "opened for reading";
+    EXPECT_FALSE(file.set_pos(6)) << "behind the end";
+    EXPECT_TRUE(file.set_pos(4));
+    EXPECT_EQ(file.read(buffer, 2), 1u);
 }
 
 TEST_F(DsFile, WhatCantBeOpenedThrowsAndLeavesTheFileClosed)
 {
-    roots.Put("game/a.txt", "abc");
-    roots.Put("game/folder/b.txt");
-    ds_file plain("a.txt", ds_file::MODE_READ);
-    ds_file_buffered buffered("a.txt", false);
-    for (const char* path :
-         {"missing.txt", "folder", "..\\game\\a.txt", "C:\\a.txt", static_cast<const char*>(nullptr)}) {
+    // Longer than what a string keeps inside itself.
+    const char* const good = "folder\\a name of some length.txt";
+    roots.Put("game/folder/a name of some length.txt", "abc");
+    ds_file plain(good, ds_file::MODE_READ);
+    ds_file_buffered buffered(good, false);
+    for (ds_file* file : {&plain, static_cast<ds_file*>(&buffered)}) {
+        ASSERT_NO_THROW(file->open(file->get_name(), ds_file::MODE_READ)) << "again by its own name";
+        EXPECT_STREQ(file->get_name(), good);
+    }
+    for (const char* path : {"missing.txt", "folder", "..\\game\\a.txt", static_cast<const char*>(nullptr)}) {
         EXPECT_THROW(plain.open(path, ds_file::MODE_READ), fopen_exception);
         EXPECT_THROW(buffered.open(path, false), fopen_exception);
-        EXPECT_FALSE(plain.is_open());
-        EXPECT_FALSE(buffered.is_open());
+        EXPECT_FALSE(plain.is_open() || buffered.is_open());
         EXPECT_EQ(buffered.get_size(), 0u);
     }
-    EXPECT_THROW(plain.open("a.txt", 0x41u), fopen_exception) << "no such mode";
+    EXPECT_THROW(plain.open(good, 0x41u), fopen_exception) << "no such mode";
     EXPECT_THROW(plain.open("..\\b.txt", ds_file::MODE_WRITE), fopen_exception);
-    EXPECT_THROW(static_cast<ds_file&>(buffered).open("a.txt", ds_file::MODE_WRITE), fopen_exception);
-    try {
-        plain.open("missing.txt", ds_file::MODE_READ);
-    } catch (const fopen_exception& e) {
-        EXPECT_NE(std::string(e.what()).find("missing.txt"), std::string::npos);
-    }
-}
-
-TEST_F(DsFile, AFileIsOpenedAgainByItsOwnName)
-{
-    // Longer than what a string keeps inside itself.
-    const char* const path = "folder\\a name of some length.txt";
-    roots.Put("game/folder/a name of some length.txt", "abc");
-    ds_file plain(path, ds_file::MODE_READ);
-    ds_file_buffered buffered(path, false);
-    for (ds_file* file : {&plain, static_cast<ds_file*>(&buffered)}) {
-        ASSERT_NO_THROW(file->open(file->get_name(), ds_file::MODE_READ));
-        EXPECT_STREQ(file->get_name(), path);
-        EXPECT_EQ(file->get_size(), 3u);
-    }
-    ASSERT_NO_THROW(plain.open(plain.get_name(), ds_file::MODE_WRITE));
-    EXPECT_EQ(plain.write("d", 1), 1u);
-    EXPECT_TRUE(plain.close());
-    EXPECT_EQ(roots.Get("user/folder/a name of some length.txt"), "d");
+    EXPECT_THROW(static_cast<ds_file&>(buffered).open(good, ds_file::MODE_WRITE), fopen_exception);
 }
 
 TEST_F(DsFile, AFullDiskIsToldByClose)
@@ -107,19 +80,15 @@ TEST_F(DsFile, ABufferedFileIsReadWholeAndBounded)
     std::string all(content.size() + 5, ' ');
     EXPECT_EQ(file.read(all.data(), 7), 7u);
     EXPECT_EQ(file.read(all.data(), all.size()), content.size() - 7);
-    EXPECT_TRUE(file.set_pos(content.size()));
     EXPECT_FALSE(file.set_pos(content.size() + 1));
-    EXPECT_EQ(file.write("x", 1), 0u);
     EXPECT_TRUE(file.close());
     EXPECT_EQ(file.read(all.data(), 1), 0u);
-    EXPECT_EQ(file.get_time(), 0);
 
     std::filesystem::resize_file(roots.folder / "game/big.txt", ds_file_buffered::MAX_SIZE + 1);
     EXPECT_THROW(file.open("big.txt", false), fopen_exception);
     std::filesystem::resize_file(roots.folder / "game/big.txt", 0);
     file.open("big.txt", false);
     EXPECT_TRUE(file.is_open());
-    EXPECT_EQ(file.get_size(), 0u);
 }
 
 } // namespace

@@ -9,7 +9,6 @@
 #include <initializer_list>
 #include <iterator>
 #include <random>
-#include <span>
 #include <string>
 
 #include "flow/dialog_contract.h"
@@ -58,10 +57,12 @@ class CSoakPlayer
   private:
     /// Of the Mersenne Twister itself: the distributions differ between libraries.
     int Below(int limit) { return static_cast<int>(m_Random() % static_cast<std::uint32_t>(limit)); }
-    int OneOf(std::initializer_list<int> values)
+    template <class Range>
+    const auto& Pick(const Range& range)
     {
-        return values.begin()[Below(static_cast<int>(values.size()))];
+        return std::data(range)[Below(static_cast<int>(std::size(range)))];
     }
+    int OneOf(std::initializer_list<int> values) { return Pick(values); }
 
     template <class... Arguments>
     void Input(const char* format, Arguments... arguments)
@@ -151,7 +152,7 @@ class CSoakPlayer
         for (int i = 5 + Below(20); i > 0; --i) {
             switch (Below(6)) {
             case 0:
-                Input("key %s", keys[Below(static_cast<int>(std::size(keys)))]);
+                Input("key %s", Pick(keys));
                 break;
             case 1:
                 Input("click %d %d", Below(WIDTH), Below(HEIGHT));
@@ -210,12 +211,10 @@ class CSoakPlayer
 
     void ClickControl()
     {
-        const std::span<const DialogRule> dialogs = DialogContract();
-        const DialogRule& dialog = dialogs[static_cast<std::size_t>(Below(static_cast<int>(dialogs.size())))];
+        const DialogRule& dialog = Pick(DialogContract());
         if (dialog.controls.empty())
             return;
-        const ControlRule& control =
-            dialog.controls[static_cast<std::size_t>(Below(static_cast<int>(dialog.controls.size())))];
+        const ControlRule& control = Pick(dialog.controls);
         // The way out of the program ends the run: it is left to chance.
         if (control.kind == KIND_MENUITEM || control.kind == KIND_COLUMN)
             return;
@@ -244,7 +243,7 @@ class CSoakPlayer
                 Glide();
                 break;
             case 5:
-                Input("key %s", keys[Below(static_cast<int>(std::size(keys)))]);
+                Input("key %s", Pick(keys));
                 break;
             case 6:
                 Input(Below(2) == 0 ? "down" : "up");

@@ -1,7 +1,5 @@
 #include "support/fakes.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <strings.h>
 
 namespace seawarden_test
@@ -10,11 +8,22 @@ namespace seawarden_test
 namespace
 {
 
-constexpr std::size_t TEXT_VALUE_SIZE = 260;
-
 bool SameName(const std::string& a, const std::string& b)
 {
     return strcasecmp(a.c_str(), b.c_str()) == 0;
+}
+
+template <class Stats>
+Stats FigureTimes(int factor)
+{
+    Stats stats = {};
+    stats.nUnits = factor;
+    stats.nLost = 2 * factor;
+    stats.nSunk = 3 * factor;
+    stats.nRounds = 4 * factor;
+    stats.nHits = 5 * factor;
+    stats.nPoints = 6 * factor;
+    return stats;
 }
 
 } // namespace
@@ -34,56 +43,6 @@ void FakePlayList::Stop(int fade)
 {
     calls.push_back(Call("Stop", {fade}));
     current = -1;
-}
-
-bool FakeProfile::SelectSection(const char* name, int create)
-{
-    if (create == 0 && sections.count(name) == 0)
-        return false;
-    sections[name];
-    section = name;
-    return true;
-}
-
-bool FakeProfile::Write(const char* key, const char* format, const void* value)
-{
-    std::string& kept = sections[section][key];
-    switch (*format) {
-    case 'l':
-        kept = std::to_string(*static_cast<const std::int32_t*>(value));
-        return true;
-    case 'x': {
-        char text[16];
-        std::snprintf(text, sizeof(text), "0x%x", *static_cast<const std::uint32_t*>(value));
-        kept = text;
-        return true;
-    }
-    default:
-        kept = static_cast<const char*>(value);
-        return true;
-    }
-}
-
-bool FakeProfile::Read(const char* key, const char* format, void* out)
-{
-    const auto& keys = sections[section];
-    const auto found = keys.find(key);
-    if (found == keys.end())
-        return false;
-    const std::string& kept = found->second;
-    switch (*format) {
-    case 'l':
-        *static_cast<std::int32_t*>(out) = static_cast<std::int32_t>(std::strtol(kept.c_str(), nullptr, 10));
-        break;
-    case 'x':
-        *static_cast<std::uint32_t*>(out) =
-            static_cast<std::uint32_t>(std::strtoul(kept.c_str(), nullptr, 16));
-        break;
-    default:
-        std::snprintf(static_cast<char*>(out), TEXT_VALUE_SIZE, "%s", kept.c_str());
-        break;
-    }
-    return true;
 }
 
 int FakeVideo::Open(const char* call, const char* file, const std::string& rest)
@@ -131,14 +90,7 @@ void FakeEngine::SetDisplaySize(int width, int height)
 
 void FakeGame::GetSideStats(int side, ItfSideStats* out)
 {
-    *out = {};
-    const int factor = 10 * (side + 1);
-    out->nUnits = factor;
-    out->nLost = 2 * factor;
-    out->nSunk = 3 * factor;
-    out->nRounds = 4 * factor;
-    out->nHits = 5 * factor;
-    out->nPoints = 6 * factor;
+    *out = FigureTimes<ItfSideStats>(10 * (side + 1));
 }
 
 int FakeGame::GetPlayerCount(int side)
@@ -151,15 +103,8 @@ ItfPlayerStats* FakeGame::GetPlayer(int side, int index)
     if (static_cast<std::size_t>(side) >= players.size() || index >= GetPlayerCount(side))
         return nullptr;
     const char* name = players[static_cast<std::size_t>(side)][static_cast<std::size_t>(index)];
-    const int factor = index + 1;
-    m_Player = {};
+    m_Player = FigureTimes<ItfPlayerStats>(index + 1);
     m_Player.szName = name;
-    m_Player.nUnits = factor;
-    m_Player.nLost = 2 * factor;
-    m_Player.nSunk = 3 * factor;
-    m_Player.nRounds = 4 * factor;
-    m_Player.nHits = 5 * factor;
-    m_Player.nPoints = 6 * factor;
     return name != nullptr ? &m_Player : nullptr;
 }
 
@@ -171,7 +116,7 @@ void* FakeEngine::GetSubsystem(int id, int kind)
     case 0:
         return currentScene;
     case -1:
-        return root;
+        return this;
     case SUBSYSTEM_ID_BASE + SUBSYSTEM_RENDER2D:
         return hasRender ? static_cast<IRender2D*>(&render) : nullptr;
     case SUBSYSTEM_ID_BASE + SUBSYSTEM_SOUND:
@@ -242,12 +187,6 @@ int FakeEngine::FindEntity(const char* name, const char* className)
     if (className != nullptr)
         m_SearchClass = className;
     return SearchFrom(0);
-}
-
-void FakeEngine::RegisterInput(int kind, int entity, int flags)
-{
-    calls.push_back(Call("RegisterInput", {kind, entity, flags}));
-    inputEntities.push_back(entity);
 }
 
 std::vector<Sent> FakeEngine::SentWith(int number) const

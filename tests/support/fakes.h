@@ -75,26 +75,35 @@ class FakePlayList : public IPlayList
     int current = -1;
 };
 
-/// Sections and keys in memory, all values as texts.
+/// Has the program's version alone.
 class FakeProfile : public IProfileStore
 {
   public:
-    bool Write(const char* key, const char* format, const void* value) override;
-    bool Read(const char* key, const char* format, void* out) override;
-    bool SelectSection(const char* name, int create) override;
+    bool Write(const char*, const char*, const void*) override { return false; }
+    bool Read(const char* key, const char*, void* out) override
+    {
+        if (section != "VERSION" || std::strcmp(key, "Version") != 0)
+            return false;
+        std::memcpy(out, &version, sizeof version);
+        return true;
+    }
+    bool SelectSection(const char* name, int) override
+    {
+        section = name;
+        return true;
+    }
 
-    std::map<std::string, std::map<std::string, std::string>> sections;
     std::string section;
+    std::uint32_t version = 0;
 };
 
 class FakeSound : public ISound
 {
   public:
     void Play(const char* name, int, int) override { played.push_back(name); }
-    void Stop(int fade) override { stops.push_back(fade); }
+    void Stop(int) override {}
 
     std::vector<std::string> played;
-    std::vector<int> stops;
 };
 
 /// Gives handles from 1 on and notes each call as a line.
@@ -147,29 +156,13 @@ class FakeNet : public INetCore
 {
   public:
     bool IsNetworkGame() override { return networkGame; }
-    bool IsServer() override { return server; }
+    bool IsServer() override { return false; }
     void EnterLobby() override { calls.push_back("EnterLobby"); }
     void Disconnect(int reason) override { calls.push_back("Disconnect " + std::to_string(reason)); }
     void AbortGame() override { calls.push_back("AbortGame"); }
 
     bool networkGame = false;
-    bool server = false;
     std::vector<std::string> calls;
-};
-
-/// An entity that keeps what it is sent and answers `answer`.
-class FakeEntity : public Entity
-{
-  public:
-    FakeEntity() { ClearHostWords(*this); }
-    Word OnMessage(const MessageRecord* record) override
-    {
-        messages.push_back(record->message);
-        return answer;
-    }
-
-    std::vector<int> messages;
-    Word answer = 0;
 };
 
 class FakeMarker : public IMarkerEntity
@@ -241,7 +234,7 @@ class FakeEngine : public IEngine
     // IEngine
     int GetSubsystemId(int number) override { return SUBSYSTEM_ID_BASE + number; }
     void* GetSubsystem(int id, int kind = 0) override;
-    IEngine* GetScene(int id) override { return id == -1 ? root : nullptr; }
+    IEngine* GetScene(int id) override { return id == -1 ? this : nullptr; }
     int CreateScene(int flags) override;
     void DestroyScene(int id) override { calls.push_back(Call("DestroyScene", {id})); }
     void SetSceneActive(int id, int a, int b, int c) override
@@ -260,7 +253,10 @@ class FakeEngine : public IEngine
     {
         calls.push_back(Call("SetDisplayInfo", {record->nChange, flags}));
     }
-    void RegisterInput(int kind, int entity, int flags) override;
+    void RegisterInput(int kind, int entity, int flags) override
+    {
+        calls.push_back(Call("RegisterInput", {kind, entity, flags}));
+    }
     void SetTimerRate(int rate) override { calls.push_back(Call("SetTimerRate", {rate})); }
     void SetInputMode(int mode) override { calls.push_back(Call("SetInputMode", {mode})); }
     int AddViewport(const ViewportRecord* descriptor) override
@@ -300,14 +296,12 @@ class FakeEngine : public IEngine
     bool hasRender = true;
     bool hasVideo = true;
 
-    IEngine* root = this;            ///< GetScene(-1) and GetSubsystem(-1, 0)
     IEngine* currentScene = nullptr; ///< GetSubsystem(0, 0)
     DisplayInfo displayInfo = {};
     alignas(8) ViewportRecord viewport = {}; ///< viewport 0
 
     std::set<std::string> refused; ///< names for which CreateEntity fails
     std::vector<int> destroyed;
-    std::vector<int> inputEntities;
 
   private:
     struct Known {
@@ -347,7 +341,7 @@ class FakeHost : public PlatformHost
     std::optional<std::string> ClipboardText() override { return clipboard; }
     void SetClipboardText(const std::string& text) override { clipboard = text; }
     DWORD Milliseconds() override { return now; }
-    SYSTEMTIME LocalTime() override { return localTime; }
+    SYSTEMTIME LocalTime() override { return {2024, 5, 3, 1, 12, 0, 0, 0}; }
     void DebugOutput(const char* text) override { debug.push_back(text); }
     std::vector<std::string> MountPoints() override { return mountPoints; }
     std::string HomeFolder() override { return homeFolder; }
@@ -358,7 +352,6 @@ class FakeHost : public PlatformHost
     std::set<int> keysDown;
     std::optional<std::string> clipboard;
     DWORD now = 1000;
-    SYSTEMTIME localTime{2024, 5, 3, 1, 12, 0, 0, 0};
     std::vector<std::string> debug; ///< each line as it was given, with its CR LF
     std::vector<std::string> mountPoints;
     std::string homeFolder;

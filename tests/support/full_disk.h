@@ -1,5 +1,5 @@
 #pragma once
-// No file can be written to.
+// Files can't grow.
 
 #include <csignal>
 #include <sys/resource.h>
@@ -7,15 +7,16 @@
 namespace seawarden_test
 {
 
-/// As long as it lives, every write to a file fails as on a full disk; making files doesn't.
+/// As long as it lives, every write beyond a file's first `bytes` bytes fails as on a full disk; making files
+/// doesn't.
 class FullDisk
 {
   public:
-    FullDisk() : m_pHandler(std::signal(SIGXFSZ, SIG_IGN))
+    explicit FullDisk(rlim_t bytes = 0) : m_pHandler(std::signal(SIGXFSZ, SIG_IGN))
     {
         getrlimit(RLIMIT_FSIZE, &m_Limit);
-        const rlimit none = {0, m_Limit.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &none);
+        const rlimit few = {bytes, m_Limit.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &few);
     }
     ~FullDisk()
     {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <memory>
 #include <random>
+#include <tuple>
 #include <vector>
 
 #include "lib/teximage.h"
@@ -109,7 +109,7 @@ class Reducer
 
     int Reduce(std::uint8_t* palette, int maxColours)
     {
-        Node root(0, 0, 0, 255, 255, 255);
+        Node root = {{0, 0, 0}, {255, 255, 255}};
         for (;;) {
             const int before = m_nNodes;
             Pass(root);
@@ -123,85 +123,76 @@ class Reducer
     }
 
   private:
+    using Colour = std::array<std::uint32_t, 3>; // blue, green, red
     struct Node {
-        Node(std::uint32_t r0, std::uint32_t g0, std::uint32_t b0, std::uint32_t r1, std::uint32_t g1,
-             std::uint32_t b1)
-            : rMin(r0), gMin(g0), bMin(b0), rMax(r1), gMax(g1), bMax(b1),
-              dead(r1 <= r0 || g1 <= g0 || b1 <= b0)
-        {
-        }
-        std::uint32_t rMin, gMin, bMin, rMax, gMax, bMax;
-        bool dead;
-        bool counted = false;
-        bool split = false;
-        std::uint32_t rMean = 0, gMean = 0, bMean = 0;
-        int count = 0;
-        std::vector<std::unique_ptr<Node>> children;
+        Colour min, max;
+        Colour mean = {};
+        int count = -1; // of its pixels, once they are counted
+        std::vector<Node> children = {};
     };
 
     void Pass(Node& node)
     {
-        if (node.dead)
-            return;
-        if (!node.counted)
+        if (node.count < 0)
             return Count(node);
-        if (!node.split)
+        if (node.children.empty())
             Split(node);
-        for (const std::unique_ptr<Node>& child : node.children)
-            Pass(*child);
+        for (Node& child : node.children)
+            Pass(child);
     }
 
     void Count(Node& node)
     {
-        const std::uint32_t low = node.rMin << 16 | node.gMin << 8 | node.bMin;
-        const std::uint32_t high = node.rMax << 16 | node.gMax << 8 | node.bMax;
-        std::uint64_t r = 0;
-        std::uint64_t g = 0;
-        std::uint64_t b = 0;
+        const auto& [min, max] = std::tie(node.min, node.max);
+        const std::uint32_t low = min[2] << 16 | min[1] << 8 | min[0];
+        const std::uint32_t high = max[2] << 16 | max[1] << 8 | max[0];
+        node.count = 0;
+        if (max[0] <= min[0] || max[1] <= min[1] || max[2] <= min[2])
+            return;
+        std::array<std::uint64_t, 3> sums = {};
         for (int i = 0; i < m_nPixels; ++i) {
             const std::uint32_t pixel = m_pPixels[i];
             const std::uint32_t blue = pixel & 0xff;
             const std::uint32_t green = pixel >> 8 & 0xff;
             const std::uint32_t red = (pixel & 0xff0000) | 0xffff;
-            if (blue < node.bMin || blue > node.bMax || green < node.gMin || green > node.gMax || red < low ||
-                red > high)
+            if (blue < min[0] || blue > max[0] || green < min[1] || green > max[1] || red < low || red > high)
                 continue;
             ++node.count;
-            r += red >> 16;
-            g += green;
-            b += blue;
+            sums[0] += blue;
+            sums[1] += green;
+            sums[2] += red >> 16;
         }
-        node.dead = node.count == 0;
-        if (node.dead)
+        if (node.count == 0)
             return;
-        const auto count = static_cast<std::uint64_t>(node.count);
-        node.rMean = static_cast<std::uint32_t>(r / count);
-        node.gMean = static_cast<std::uint32_t>(g / count);
-        node.bMean = static_cast<std::uint32_t>(b / count);
-        node.counted = true;
+        for (std::size_t c = 0; c < 3; ++c)
+            node.mean[c] = static_cast<std::uint32_t>(sums[c] / static_cast<std::uint64_t>(node.count));
         ++m_nNodes;
     }
 
-    void Split(Node& n)
+    void Split(Node& node)
     {
-        n.split = true;
-        if (n.count <= 1 || n.rMean == n.rMin || n.rMean == n.rMax || n.gMean == n.gMin ||
-            n.gMean == n.gMax || n.bMean == n.bMin || n.bMean == n.bMax)
-            return;
-        for (const bool b : {false, true})
-            for (const bool g : {false, true})
-                for (const bool r : {false, true})
-                    n.children.push_back(std::make_unique<Node>(
-                        r ? n.rMean : n.rMin, g ? n.gMean : n.gMin, b ? n.bMean : n.bMin,
-                        r ? n.rMax : n.rMean - 1, g ? n.gMax : n.gMean - 1, b ? n.bMax : n.bMean - 1));
+        for (std::size_t c = 0; c < 3; ++c)
+            if (node.count <= 1 || node.mean[c] == node.min[c] || node.mean[c] == node.max[c])
+                return;
+        for (std::size_t corner = 0; corner < 8; ++corner) {
+            Node child = {node.min, node.max};
+            for (std::size_t c = 0; c < 3; ++c) {
+                // Red is the corner's lowest bit.
+                if (corner >> (2 - c) & 1)
+                    child.min[c] = node.mean[c];
+                else
+                    child.max[c] = node.mean[c] - 1;
+            }
+            node.children.push_back(child);
+        }
     }
 
     void Collect(const Node& node, std::uint8_t* palette, int maxColours)
     {
-        if (node.counted)
+        if (node.count > 0)
             Enter(node, palette, maxColours);
-        for (const std::unique_ptr<Node>& child : node.children)
-            Collect(*child, palette, maxColours);
+        for (const Node& child : node.children)
+            Collect(child, palette, maxColours);
     }
 
     void Enter(const Node& node, std::uint8_t* palette, int maxColours)
@@ -210,23 +201,21 @@ class Reducer
         const int weight = static_cast<int>(static_cast<float>(node.count) * part * 255.0F);
         for (int i = 0; i < m_nUsed; ++i) {
             std::uint8_t* entry = palette + 4 * i;
-            if (entry[0] == node.bMean && entry[1] == node.gMean && entry[2] == node.rMean) {
+            if (std::equal(entry, entry + 3, node.mean.begin())) {
                 entry[3] = static_cast<std::uint8_t>(std::min(entry[3] + weight, 255));
                 return;
             }
         }
         int place = 0;
-        if (m_nUsed < maxColours) {
+        if (m_nUsed < maxColours)
             place = m_nUsed++;
-        } else {
+        else
             while (place < maxColours && palette[4 * place + 3] >= weight)
                 ++place;
-            if (place == maxColours)
-                return;
-        }
-        palette[4 * place] = static_cast<std::uint8_t>(node.bMean);
-        palette[4 * place + 1] = static_cast<std::uint8_t>(node.gMean);
-        palette[4 * place + 2] = static_cast<std::uint8_t>(node.rMean);
+        if (place == maxColours)
+            return;
+        for (std::size_t c = 0; c < 3; ++c)
+            palette[4 * static_cast<std::size_t>(place) + c] = static_cast<std::uint8_t>(node.mean[c]);
         palette[4 * place + 3] = static_cast<std::uint8_t>(weight);
     }
 

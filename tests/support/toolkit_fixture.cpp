@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "controls/itftextbox.h"
 #include "itfrecords.h"
 #include "keelworks/ds_file.h"
-#include "kernel/itfdialog.h"
 #include "kernel/nameloader.h"
 #include "platform/files.h"
 #include "render/picture.h"
@@ -83,10 +83,10 @@ void ToolkitTest::AddFont(const std::string& name)
 {
     const std::vector<std::uint16_t> pixels(TEST_GLYPH_WIDTH * TEST_GLYPH_HEIGHT, 0xffff);
     SavePng((userFolder / "test_font.png").string(), pixels.data(), TEST_GLYPH_WIDTH, TEST_GLYPH_HEIGHT);
-    std::string text = "texture = \"test_font.png\"\nsymbols\n{\n";
-    for (int c = ' '; c <= '~'; ++c)
-        text +=
-            std::string("\"") + static_cast<char>(c) + "\", 0, 0, 8, 10, 0, 8" + (c == '~' ? "}\n" : ",\n");
+    std::string text = "texture = \"test_font.png\"\nsymbols\n{";
+    for (char c = ' '; c <= '~'; ++c)
+        text += std::string(c == ' ' ? "" : ",") + "\n\"" + c + "\", 0, 0, 8, 10, 0, 8";
+    text += "}\n";
     WriteFile("resource/txt_res/test.fnt", text);
     Toolkit().fontMap.push_back({name, "test.fnt"});
 }
@@ -183,6 +183,54 @@ void ToolkitTest::Type(const std::string& text)
 {
     for (const char c : text)
         Char(static_cast<unsigned char>(c));
+}
+
+void ToolkitTest::Choose(int item)
+{
+    CItfWnd::PostTo(0, ITFM_COMMAND, DLG_MAIN, item);
+    Frame();
+}
+
+void ToolkitTest::ClickControl(const CItfDialog* dialog, int id)
+{
+    ASSERT_TRUE(dialog != nullptr && dialog->GetControl(id) != nullptr) << id;
+    const POINT at = Middle(*dialog->GetControl(id));
+    Click(at.x, at.y);
+}
+
+POINT ToolkitTest::Middle(const CItfWnd& wnd)
+{
+    RECT rect;
+    wnd.GetScreenRect(&rect);
+    return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+}
+
+std::string ToolkitTest::TextOf(const CItfDialog* dialog, int id)
+{
+    const auto* box = dialog != nullptr ? dialog->GetControlAs<CItfTextBox>(id) : nullptr;
+    return box != nullptr ? box->GetText() : "none";
+}
+
+CItfReportBox& ToolkitTest::TableOf(const CItfDialog* dialog, int id)
+{
+    return *dialog->GetControlAs<CItfReportBox>(id);
+}
+
+std::vector<std::string> ToolkitTest::Cells(const CItfReportBox& table, int row)
+{
+    std::vector<std::string> cells;
+    for (int column = 0; column < table.GetColumnCount(); ++column)
+        cells.push_back(table.GetItem(row, column).m_Text);
+    return cells;
+}
+
+POINT ToolkitTest::RowPoint(const CItfReportBox& table, int row)
+{
+    const CItfListBox* column = table.GetColumn(0);
+    RECT rect;
+    column->GetScreenRect(&rect);
+    const int height = column->GetFontHeight(column->GetFontHandle());
+    return {rect.left + 10, rect.top + row * height + height / 2};
 }
 
 std::uint16_t ToolkitTest::Pixel(int x, int y)

@@ -10,8 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "controls/itfreportbox.h"
+#include "flow/flow.h"
 #include "kernel/interface_entity.h"
-#include "kernel/itfwnd.h"
+#include "kernel/itfdialog.h"
 #include "support/fakes.h"
 
 namespace seawarden_test
@@ -61,6 +63,29 @@ class ToolkitTest : public ::testing::Test
     Word Char(int character);
     void Type(const std::string& text);
 
+    /// What the main dialog posts when an item is chosen, and a frame.
+    void Choose(int item);
+    /// The middle of a control, which has to be there.
+    void ClickControl(const CItfDialog* dialog, int id);
+    static POINT Middle(const CItfWnd& wnd);
+
+    /// The newest window of the class, null when there is none.
+    template <class T>
+    static T* Find()
+    {
+        for (auto entry = Toolkit().windows.rbegin(); entry != Toolkit().windows.rend(); ++entry) {
+            if (auto* wnd = dynamic_cast<T*>(entry->wnd))
+                return wnd;
+        }
+        return nullptr;
+    }
+    /// The text of a text box; "none" without the dialog or the box.
+    static std::string TextOf(const CItfDialog* dialog, int id);
+    /// The dialog has to have it.
+    static CItfReportBox& TableOf(const CItfDialog* dialog, int id);
+    static std::vector<std::string> Cells(const CItfReportBox& table, int row);
+    /// A point of a row's first cell.
+    static POINT RowPoint(const CItfReportBox& table, int row);
     /// The pixel of the screen surface.
     std::uint16_t Pixel(int x, int y);
     /// The debug lines so far, which are then forgotten.
