@@ -90,11 +90,10 @@ void CFileDlg::SetFilter(int index)
 // What fails here leaves the walk on the desktop.
 void CFileDlg::EnterStart(const char* startFolder)
 {
-    constexpr char GAME_FOLDERS[] = ".";
-    std::string path = startFolder != nullptr && *startFolder != '\0' ? startFolder : GAME_FOLDERS;
+    constexpr char GAME_FOLDER[] = ".";
     ItemIdList start;
-    if (m_Shell.ParsePath(path.c_str(), &start) != CShellFolder::SHELL_OK &&
-        m_Shell.ParsePath(GAME_FOLDERS, &start) != CShellFolder::SHELL_OK)
+    if (m_Shell.ParseStart(startFolder, &start) != CShellFolder::SHELL_OK &&
+        m_Shell.ParseStart(GAME_FOLDER, &start) != CShellFolder::SHELL_OK)
         return;
     if (start.GetPath().size() < MAX_PATH)
         m_Shell.Enter(&start, false);

@@ -38,10 +38,10 @@ class CFileDlg : public CItfDialog
     CFileDlg();
     ~CFileDlg() override;
     using CItfWnd::Create;
-    /// Begins in `startFolder`, a path as the file layer takes it: a relative one lies in the player's
-    /// folder, or else in the game's. One that doesn't exist, null or an empty one begin in the player's
-    /// folder itself; a path of MAX_PATH bytes or more, or a folder that can't be read, on the desktop.
-    /// Throws what CreateFromResource throws, and 0 when there is no desktop.
+    /// Begins in `startFolder`, a path for the file layer, but a relative one lies in the game's folder, or
+    /// else in the player's. One that doesn't exist, null or an empty one begin in the game's folder itself;
+    /// a path of MAX_PATH bytes or more, or a folder that can't be read, on the desktop. Throws what
+    /// CreateFromResource throws, and 0 when there is no desktop.
     bool Create(const char* title, const char* sprite, const RECT* rect, CItfWnd* parent, int id,
                 std::uint32_t style, IEngine* core, const char* startFolder);
     void OnDestroy() override;

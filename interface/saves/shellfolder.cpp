@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 #include "platform/codepage.h"
@@ -13,17 +14,28 @@ namespace
 
 constexpr char ROOT[] = "/";
 
-/// The list of an absolute path of the disk, through the whole computer.
-ItemIdList FromDiskPath(const std::string& path)
+/// The list of an absolute path of the disk: `place`, which leads to it, and what comes below.
+ItemIdList FromDiskPath(const std::string& path, const std::string& place = ROOT)
 {
     ItemIdList list;
-    list.items.emplace_back(ROOT);
-    for (std::size_t begin = 1; begin < path.size();) {
+    list.items.push_back(place);
+    for (std::size_t begin = place == ROOT ? 1 : place.size() + 1; begin < path.size();) {
         const std::size_t end = std::min(path.find('/', begin), path.size());
         list.items.push_back(path.substr(begin, end - begin));
         begin = end + 1;
     }
     return list;
+}
+
+/// True also for the place itself.
+bool LiesIn(const std::string& path, const std::string& place)
+{
+    return !place.empty() && (path == place || path.starts_with(place + '/'));
+}
+
+bool IsFolder(const ItemIdList& list)
+{
+    return PlatformKindOf(list.GetPath()) == PlatformPathKind::Folder;
 }
 
 /// "Backup (/media/jellicoe/Backup)": two drives may have one name.
@@ -76,10 +88,9 @@ int CShellFolder::Enter(const ItemIdList* pidl, bool relative)
     if (target.IsDesktop()) {
         entries = ListDesktop();
     } else {
-        const std::string path = target.GetPath();
-        if (!path.starts_with('/') || PlatformKindOf(path) != PlatformPathKind::Folder)
+        if (!target.items.front().starts_with('/') || !IsFolder(target))
             return SHELL_FAILED;
-        const int result = ListFolder(path, &entries);
+        const int result = ListFolder(target.GetPath(), &entries);
         if (result < 0)
             return result;
     }
@@ -137,10 +148,12 @@ int CShellFolder::ParsePath(const char* path, ItemIdList* out) const
         *out = {};
         return SHELL_OK;
     }
-    for (const Entry& place : ListDesktop()) {
-        if (PlatformEqualNoCase(path, place.name)) {
-            *out = place.pidl;
-            return SHELL_OK;
+    for (const std::vector<Entry>& places : {FixedPlaces(), Drives()}) {
+        for (const Entry& place : places) {
+            if (PlatformEqualNoCase(path, place.name) && IsFolder(place.pidl)) {
+                *out = place.pidl;
+                return SHELL_OK;
+            }
         }
     }
     std::string text = path;
@@ -153,10 +166,33 @@ int CShellFolder::ParsePath(const char* path, ItemIdList* out) const
     return SHELL_OK;
 }
 
+int CShellFolder::ParseStart(const char* path, ItemIdList* out) const
+{
+    if (!m_bReady)
+        return SHELL_FAILED;
+    const std::string game = PlatformAbsolutePath(PlatformGameRoot());
+    std::string full;
+    if (!game.empty() && PlatformIsInsideRoots(path))
+        full = PlatformFullPath((PlatformFromFilePath(game) + '/' + path).c_str());
+    if (full.empty())
+        full = PlatformFullPath(path);
+    if (full.empty())
+        return SHELL_FAILED;
+    const std::string player = PlatformAbsolutePath(PlatformUserRoot());
+    *out = LiesIn(full, game)     ? FromDiskPath(full, game)
+           : LiesIn(full, player) ? FromDiskPath(full, player)
+                                  : FromDiskPath(full);
+    return SHELL_OK;
+}
+
+// What the desktop shows is a folder until it is entered: the server of a network folder may be out of reach,
+// and looking at it would keep the player waiting.
 int CShellFolder::GetKind(const ItemIdList& relative) const
 {
     if (!m_bReady)
         return ITEM_UNKNOWN;
+    if (m_Current.IsDesktop())
+        return ITEM_FOLDER;
     switch (PlatformKindOf((m_Current + relative).GetPath())) {
     case PlatformPathKind::Folder:
         return ITEM_FOLDER;
@@ -187,22 +223,36 @@ void CShellFolder::SetFilter(const char* extension)
     m_strFilter = m_bFilter ? extension : "";
 }
 
-// Drives come and go, so the places are looked up each time. A place that is no folder now isn't shown.
-std::vector<CShellFolder::Entry> CShellFolder::ListDesktop() const
+std::vector<CShellFolder::Entry> CShellFolder::FixedPlaces() const
 {
     std::vector<Entry> places;
-    const auto add = [&](const std::string& path, const std::string& name) {
-        if (PlatformKindOf(path) == PlatformPathKind::Folder)
-            places.push_back({{{path}}, name, true});
+    const auto add = [&](std::string path, const std::string& name) {
+        if (!path.empty())
+            places.push_back({{{std::move(path)}}, name, true});
     };
     add(ROOT, m_Names.computer);
     add(PlatformHomeFolder(), m_Names.home);
     // Both folders of the game hold the same kinds of files; the player's hides what has the same name.
-    for (const auto& [root, name] :
-         {std::pair(PlatformUserRoot(), m_Names.player), std::pair(PlatformGameRoot(), m_Names.game)})
-        add(PlatformAbsolutePath(root), name);
+    add(PlatformAbsolutePath(PlatformUserRoot()), m_Names.player);
+    add(PlatformAbsolutePath(PlatformGameRoot()), m_Names.game);
+    return places;
+}
+
+std::vector<CShellFolder::Entry> CShellFolder::Drives()
+{
+    std::vector<Entry> drives;
     for (const std::string& path : PlatformMountPoints())
-        add(path, MountName(path));
+        drives.push_back({{{path}}, MountName(path), true});
+    return drives;
+}
+
+// Drives come and go, so they are looked up each time. Nothing looks at what is mounted there.
+std::vector<CShellFolder::Entry> CShellFolder::ListDesktop() const
+{
+    std::vector<Entry> places = FixedPlaces();
+    std::erase_if(places, [](const Entry& place) { return !IsFolder(place.pidl); });
+    std::vector<Entry> drives = Drives();
+    std::move(drives.begin(), drives.end(), std::back_inserter(places));
     return places;
 }
 

@@ -38,6 +38,9 @@ struct ItfFileItem {
 /// that are mounted. Below it come the folders of the disk. A path that is typed leads through the whole
 /// computer, so that Up goes through all its folders.
 ///
+/// A drive or network folder is looked at when it is entered or typed, never to list or press it: its server
+/// may be out of reach.
+///
 /// Hidden items, and what is neither a folder nor a regular file, are passed over. Names that the code page
 /// lacks are shown by their bytes and can be entered all the same.
 ///
@@ -77,11 +80,15 @@ class CShellFolder
     void Rewind();
     /// The next item in `out`, which it gives back; null at the end.
     ItfFileItem* Next(ItfFileItem* out);
-    /// The list of what exists at a path of the program. It may also begin with "~", be the name of the
-    /// desktop or of a place, or be relative to the game's folders. SHELL_FAILED, and nothing written, when
-    /// there is nothing.
+    /// The list of what exists at a path of the program that was typed, through the whole computer. It may
+    /// also begin with "~", be the name of the desktop or of a place, or be relative to the player's folder
+    /// or else to the game's. SHELL_FAILED, and nothing written, when there is nothing.
     int ParsePath(const char* path, ItemIdList* out) const;
-    /// A Kind, of an item of the current folder.
+    /// The list of the folder to begin in, a path of the program. A relative one lies in the game's folder,
+    /// or else in the player's. The list of what lies in one of these begins with that place, so that Up
+    /// leads through it to the desktop. SHELL_FAILED, and nothing written, when there is nothing.
+    int ParseStart(const char* path, ItemIdList* out) const;
+    /// A Kind, of an item of the current folder. All that the desktop shows is a folder.
     int GetKind(const ItemIdList& relative) const;
     /// What to show as the place of a full list (null for the desktop), fit for ParsePath. False before Init.
     bool GetName(const ItemIdList* pidl, std::string* out) const;
@@ -99,6 +106,9 @@ class CShellFolder
         std::string name;
         bool isFolder;
     };
+    /// The places that don't change, whether or not they exist.
+    std::vector<Entry> FixedPlaces() const;
+    static std::vector<Entry> Drives();
     std::vector<Entry> ListDesktop() const;
     static int ListFolder(const std::string& path, std::vector<Entry>* out);
     bool PassesFilter(const Entry& entry) const;

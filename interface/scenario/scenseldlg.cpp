@@ -13,6 +13,7 @@
 #include "itfrecords.h"
 #include "platform/codepage.h"
 #include "platform/files.h"
+#include "platform/system.h"
 #include "saves/filedlg.h"
 #include "scenario/scenhead.h"
 
@@ -229,6 +230,10 @@ void CScenSelDlg::Import(const char* path)
     const bool fits = length < sizeof buffer;
     if (fits)
         std::memcpy(buffer, path, length); // which ends in a zero already
+    else
+        OutputDebugStringA((std::string("Import: ") + path + ": longer than " +
+                            std::to_string(sizeof buffer - 1) + " bytes\r\n")
+                               .c_str());
     const int self = m_nId;
     const bool imported =
         fits && m_pCore->GetScene(-1)->SendMessage(MSG_IMPORT_SCENARIO, DEST_LOGIC, 0, "l", buffer) != 0;

@@ -53,7 +53,8 @@ class FileDlgTest : public ToolkitTest
         ToolkitTest::TearDown();
     }
 
-    void Open(const char* folder = ".\\SCENARIOS")
+    void Open() { Open(User("/Scenarios").c_str()); }
+    void Open(const char* folder)
     {
         dlg = std::make_unique<CFileDlg>();
         ASSERT_TRUE(dlg->Create("Import", nullptr, nullptr, &parent, DIALOG_ID, 2, &engine, folder));
@@ -142,12 +143,16 @@ TEST_F(FileDlgTest, ListFilterPressAndDoubleClick)
 
 TEST_F(FileDlgTest, AboveTheDesktopIsNothing)
 {
-    Open(User("/Scenarios").c_str());
-    for (std::ptrdiff_t i = 0; i < std::distance(userFolder.begin(), userFolder.end()) + 3; ++i)
+    Open();
+    for (int i = 0; i < 3; ++i)
         ClickOn(CFileDlg::IDC_UP);
     EXPECT_EQ(Folder(), "Desktop");
-    const Texts places = {"Computer", "Game", "Home", "Mine", "Zulu (" + User("/Scenarios/Zulu") + ")"};
-    EXPECT_EQ(Listed(), places) << "a drive that is gone isn't shown";
+    const std::string drive = "drive (/no/such/drive)";
+    const Texts places = {"Computer", drive,  "Game",
+                          "Home",     "Mine", "Zulu (" + User("/Scenarios/Zulu") + ")"};
+    EXPECT_EQ(Listed(), places);
+    Double(drive);
+    EXPECT_EQ(Folder(), "Desktop") << "out of reach";
     TypeInto(CFileDlg::IDC_FILE, "new.sav");
     EXPECT_EQ(result, "\\new.sav");
     Double(places.back());
@@ -187,10 +192,12 @@ TEST_F(FileDlgTest, WhereTheWalkBegins)
 {
     const std::string tooLong = "/" + std::string(200, 'l') + "/" + std::string(100, 'l');
     fs::create_directories(User(tooLong));
+    const std::string game = std::string(SEAWARDEN_SOURCE_DIR) + "/data";
     const Rows<std::string, std::string> cases = {
-        {"", User()},
-        {".\\NOWHERE", User()},
-        {"resource\\txt_res", std::string(SEAWARDEN_SOURCE_DIR) + "/data/resource/txt_res"},
+        {"", game},
+        {".\\NOWHERE", game},
+        {".\\SCENARIOS", game + "/scenarios"}, // the player has one too
+        {"home", User("/home")},
         {User("/Scenarios/noext"), "Desktop"},
         {User(std::string(300, '/') + "Scenarios"), User("/Scenarios")},
         {User(tooLong), "Desktop"},

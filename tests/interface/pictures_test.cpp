@@ -17,6 +17,7 @@
 #include "render/picture.h"
 #include "saves/filedlg.h"
 #include "scenario/scenbriefdlg.h"
+#include "scenario/scenhead.h"
 #include "support/picture_compare.h"
 #include "support/toolkit_fixture.h"
 
@@ -154,6 +155,30 @@ TEST_F(PicturesTest, TheWayToAScenario)
     CScenBriefDlg brief;
     ASSERT_TRUE(brief.Create("", nullptr, nullptr, &Top(), 1, 0, &engine, "scenarios\\grey_road.sc"));
     CheckDialog(brief, "briefing");
+}
+
+// Behind the shipped ones, scrolled to the end; the last one is chosen.
+TEST_F(PicturesTest, TheEndOfALongListOfScenarios)
+{
+    UseShippedTexts();
+    SCENARIO_HEADER header;
+    for (int i = 1; i <= 300; ++i) {
+        header.settings = {{}, 1001, i, 0, 1002, 301 - i, 0};
+        header.nHours = i % 12;
+        header.nFlagExtra = 1900 + i % 20;
+        const std::string number = std::to_string(1000 + i).substr(1);
+        WriteFile("scenarios/" + number + ".sc",
+                  std::string(reinterpret_cast<char*>(&header), sizeof header) + "Watch " + number + '\0' +
+                      "Nothing stirs." + '\0');
+    }
+    Choose(MENU_SCENARIO);
+    Down(761, 141); // the knob
+    Move(761, 280);
+    Up(761, 280);
+    Click(100, 243);
+    Move(5, 5);
+    Redraw();
+    Check("many_scenarios");
 }
 
 // What comes over a battle and at its end, the statistics being those of a network game.
