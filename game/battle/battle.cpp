@@ -19,3 +19,17 @@ void CBattle::SetSpeed(int speed)
     for (int step = 1; step <= std::min(speed, SPEED_MAX); step *= 2)
         m_nSpeed = step;
 }
+
+void CBattle::Advance(std::int64_t milliseconds)
+{
+    if (m_bHeld)
+        return;
+    const std::int64_t passed = std::min(milliseconds, LONGEST_FRAME);
+    const bool wasOver = m_Sim.IsOver();
+    m_nLastSight -= passed;
+    m_Sim.Advance(passed * m_nSpeed);
+    if (!wasOver && m_Sim.IsOver()) {
+        m_nLastSight = LAST_SIGHT;
+        m_nSpeed = 1;
+    }
+}

@@ -1,7 +1,6 @@
 #pragma once
 // A battle that runs: the simulation, how fast it goes, and what the logic tells others of it.
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -20,6 +19,8 @@ class CBattle : public IGameState
     static constexpr int SPEED_STOPPED = 0;
     static constexpr int SPEED_MAX = 16;
     static constexpr std::int64_t LONGEST_FRAME = 200; ///< milliseconds
+    /// So long the player sees how it ended before he is told, milliseconds of his time.
+    static constexpr std::int64_t LAST_SIGHT = 2'000;
 
     CBattle(const ItfCommand& command, const Scenario& scenario, std::uint64_t seed)
         : m_Sim(scenario, SetupOf(command, seed)), m_Settings(scenario.header.settings),
@@ -54,11 +55,10 @@ class CBattle : public IGameState
     bool IsHeld() const { return m_bHeld; }
     void Hold(bool held) { m_bHeld = held; }
     /// The player's time passes, in milliseconds; of what a program that hung has missed, only LONGEST_FRAME.
-    void Advance(std::int64_t milliseconds)
-    {
-        if (!m_bHeld)
-            m_Sim.Advance(std::min(milliseconds, LONGEST_FRAME) * m_nSpeed);
-    }
+    /// Its end brings the speed back to 1.
+    void Advance(std::int64_t milliseconds);
+    /// The battle is over, and not only just now: one that was decided has nothing more to show.
+    bool IsEndSeen() const { return m_Sim.IsOver() && m_nLastSight <= 0; }
 
   private:
     static BattleSetup SetupOf(const ItfCommand& command, std::uint64_t seed);
@@ -71,4 +71,5 @@ class CBattle : public IGameState
     bool m_bBriefAtStart;
     int m_nSpeed = 1;
     bool m_bHeld = false;
+    std::int64_t m_nLastSight = 0; ///< milliseconds that are left of LAST_SIGHT
 };

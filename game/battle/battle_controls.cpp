@@ -381,7 +381,7 @@ void CBattleControls::OrderTo(ChartPoint at)
     const int side = m_pBattle->OrderingSide();
     const int target = UnitAt(at);
     const bool attack = target >= 0 && side >= 0 && Unit(target).side == 1 - side;
-    const SeaPoint place = attack ? Unit(target).place : m_View.ToSea(at);
+    const SeaPoint place = attack ? Unit(target).place : sim.Bounds().Nearest(m_View.ToSea(at));
     const auto taken = attack
                            ? static_cast<int>(std::ranges::count_if(
                                  m_Selected, [&](int unit) { return sim.OrderAttack(side, unit, target); }))
@@ -401,12 +401,11 @@ int CBattleControls::MoveAll(SeaPoint to)
         middle.x += Unit(unit).place.x / static_cast<double>(m_Selected.size());
         middle.y += Unit(unit).place.y / static_cast<double>(m_Selected.size());
     }
-    const SeaRect& bounds = sim.Bounds();
     return static_cast<int>(std::ranges::count_if(m_Selected, [&](int unit) {
-        const SeaPoint own = {std::clamp(to.x + Unit(unit).place.x - middle.x, bounds.west, bounds.east),
-                              std::clamp(to.y + Unit(unit).place.y - middle.y, bounds.south, bounds.north)};
-        const bool aground = Unit(unit).type != UnitType::BALLOON && sim.Coast().IsLand(own);
-        return sim.OrderMove(m_pBattle->OrderingSide(), unit, aground ? to : own);
+        const SeaPoint own = sim.Bounds().Nearest(
+            {to.x + Unit(unit).place.x - middle.x, to.y + Unit(unit).place.y - middle.y});
+        const int side = m_pBattle->OrderingSide();
+        return sim.OrderMove(side, unit, own) || sim.OrderMove(side, unit, to);
     }));
 }
 

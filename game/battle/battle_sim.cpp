@@ -210,7 +210,7 @@ bool CBattleSim::OrderMove(int side, int unit, SeaPoint to)
 {
     BattleUnit* ordered = OrderedUnit(side, unit);
     if (ordered == nullptr || !std::isfinite(to.x) || !std::isfinite(to.y) || !Bounds().Contains(to) ||
-        (ordered->type != UnitType::BALLOON && Coast().IsLand(to)))
+        (ordered->type != UnitType::BALLOON && !Coast().HasWay(ordered->place, to)))
         return false;
     ordered->order = {OrderKind::MOVE, to, -1};
     ordered->wayAt = -1;
@@ -225,7 +225,8 @@ bool CBattleSim::OrderAttack(int side, int unit, int target)
         static_cast<std::size_t>(target) >= m_State.units.size())
         return false;
     const BattleUnit& other = m_State.units[static_cast<std::size_t>(target)];
-    if (other.gone || !ordered->IsEnemyOf(other) || !other.seen[static_cast<std::size_t>(side)])
+    if (other.gone || !ordered->IsEnemyOf(other) || !other.seen[static_cast<std::size_t>(side)] ||
+        !CWeapons::CanHarm(*ordered, other))
         return false;
     ordered->order = {OrderKind::ATTACK, {}, target};
     ordered->wayAt = -1;

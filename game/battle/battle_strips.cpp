@@ -47,9 +47,11 @@ void CBattleStrips::Draw(const PixelView& target) const
     const LONG low = whole.bottom - CBattleControls::BOTTOM_STRIP;
     DrawBack(pen, {0, 0, whole.right, CBattleControls::TOP_STRIP});
     DrawBack(pen, {0, low, whole.right, whole.bottom});
-    DrawSide(pen, 0, false);
-    DrawSide(pen, 1, true);
-    DrawClock(target);
+    const std::vector<ClockPart> clock = ClockParts();
+    const int room = (target.m_nWidth - WidthOf(clock)) / 2 - MARGIN - GAP;
+    DrawSide(pen, 0, false, room);
+    DrawSide(pen, 1, true, room);
+    DrawClock(target, clock);
     DrawChosen(pen, {MARGIN, static_cast<int>(low) + UNIT_TOP, target.m_nWidth - MARGIN});
     DrawKeys(target, static_cast<int>(low) + KEYS_TOP);
 }
@@ -65,21 +67,39 @@ void CBattleStrips::DrawBack(const CChartPen& pen, const RECT& strip) const
     pen.Fill({strip.left, edge, strip.right, edge + 2}, ToPixel(CHART_BRASS));
 }
 
-/// Name, how far the side has come, and what it has left.
-void CBattleStrips::DrawSide(const CChartPen& pen, int side, bool right) const
+/// With dots for what there is no room for; nothing where there is hardly any.
+std::string CBattleStrips::Shortened(const std::string& name, int room) const
+{
+    std::string shown = name;
+    for (std::size_t letters = name.size(); m_Head.Width(shown) > room; --letters) {
+        if (letters == 0)
+            return "";
+        shown = name.substr(0, letters - 1) + "...";
+    }
+    return shown;
+}
+
+/// Name, how far the side has come, and what it has left: this goes first where there is too little room, and
+/// then the end of the name.
+void CBattleStrips::DrawSide(const CChartPen& pen, int side, bool right, int room) const
 {
     const PixelView& target = pen.Target();
     const CBattleSim& sim = m_Controls.Battle().Sim();
     const SideFigures figures = sim.Figures(side);
-    const std::string& name = m_Words.sides[static_cast<std::size_t>(side)];
     const std::string percent = std::to_string(sim.Percent(side)) + "%";
-    const std::string left = std::to_string(figures.units - figures.lost) + " " +
-                             m_Words.Text(CHART_UNITS_OF) + " " + std::to_string(figures.units);
     const int percentWidth = m_Head.Width(Padded("%d%%", PERCENT));
-    const int width =
-        SWATCH + GAP + m_Head.Width(name) + GAP + BAR_WIDTH + GAP + percentWidth + GAP + m_Small.Width(left);
-    if (width > target.m_nWidth / 2 - MARGIN)
+    const int least = SWATCH + GAP + BAR_WIDTH + GAP + percentWidth;
+    if (least > room)
         return;
+    std::string left = std::to_string(figures.units - figures.lost) + " " + m_Words.Text(CHART_UNITS_OF) +
+                       " " + std::to_string(figures.units);
+    std::string name = m_Words.sides[static_cast<std::size_t>(side)];
+    if (least + m_Head.Width(name) + GAP + GAP + m_Small.Width(left) > room) {
+        left.clear();
+        name = Shortened(name, room - least - GAP);
+    }
+    const int nameWidth = name.empty() ? 0 : m_Head.Width(name) + GAP;
+    const int width = least + nameWidth + (left.empty() ? 0 : GAP + m_Small.Width(left));
     const LONG middle = (CBattleControls::TOP_STRIP - 2) / 2;
     const auto head = static_cast<int>(middle - m_Head.Height() / 2);
     LONG at = right ? target.m_nWidth - MARGIN - width : MARGIN;
@@ -87,7 +107,7 @@ void CBattleStrips::DrawSide(const CChartPen& pen, int side, bool right) const
     pen.Frame({at, middle - SWATCH / 2, at + SWATCH, middle + SWATCH / 2}, ToPixel(CHART_CREAM));
     at += SWATCH + GAP;
     m_Head.DrawInk(target, static_cast<int>(at), head, name, ToPixel(CHART_CREAM));
-    at += m_Head.Width(name) + GAP;
+    at += nameWidth;
     const RECT bar = {at, middle - BAR_HEIGHT / 2, at + BAR_WIDTH, middle + BAR_HEIGHT / 2};
     pen.Fill(bar, ToPixel(CHART_BLACK));
     pen.Fill({bar.left, bar.top, bar.left + BAR_WIDTH * sim.Percent(side) / PERCENT, bar.bottom},
@@ -100,22 +120,37 @@ void CBattleStrips::DrawSide(const CChartPen& pen, int side, bool right) const
                     ToPixel(DIM));
 }
 
-void CBattleStrips::DrawClock(const PixelView& target) const
+std::vector<CBattleStrips::ClockPart> CBattleStrips::ClockParts() const
 {
     const CBattle& battle = m_Controls.Battle();
     const int minutes = battle.Sim().ClockMinutes();
-    const std::string clock = Padded("%d:%02d", minutes / MINUTES, minutes % MINUTES);
-    const bool stopped = battle.Speed() == CBattle::SPEED_STOPPED;
-    std::string speed = stopped ? m_Words.Text(CHART_STOPPED)
-                                : m_Words.Text(CHART_SPEED) + " " + TIMES + std::to_string(battle.Speed());
+    std::vector<ClockPart> parts = {{Padded("%d:%02d", minutes / MINUTES, minutes % MINUTES), CHART_PAPER}};
     if (battle.Sim().IsOver())
-        speed = m_Words.Text(CHART_OVER);
-    const int width = m_Head.Width(clock) + GAP + m_Head.Width(speed);
+        parts.push_back({m_Words.Text(CHART_OVER), WARNING});
+    if (battle.Speed() == CBattle::SPEED_STOPPED)
+        parts.push_back({m_Words.Text(CHART_STOPPED), WARNING});
+    else
+        parts.push_back(
+            {m_Words.Text(CHART_SPEED) + " " + TIMES + std::to_string(battle.Speed()), CHART_BRASS});
+    return parts;
+}
+
+int CBattleStrips::WidthOf(const std::vector<ClockPart>& parts) const
+{
+    int width = -GAP;
+    for (const ClockPart& part : parts)
+        width += m_Head.Width(part.text) + GAP;
+    return width;
+}
+
+void CBattleStrips::DrawClock(const PixelView& target, const std::vector<ClockPart>& parts) const
+{
     const int top = (CBattleControls::TOP_STRIP - 2 - m_Head.Height()) / 2;
-    const int left = (target.m_nWidth - width) / 2;
-    m_Head.DrawInk(target, left, top, clock, ToPixel(CHART_PAPER));
-    m_Head.DrawInk(target, left + m_Head.Width(clock) + GAP, top, speed,
-                   ToPixel(stopped || battle.Sim().IsOver() ? WARNING : CHART_BRASS));
+    int at = (target.m_nWidth - WidthOf(parts)) / 2;
+    for (const ClockPart& part : parts) {
+        m_Head.DrawInk(target, at, top, part.text, ToPixel(part.colour));
+        at += m_Head.Width(part.text) + GAP;
+    }
 }
 
 void CBattleStrips::Write(const PixelView& target, Line& line, const std::string& text,

@@ -41,8 +41,18 @@ class CBattleStrips
     };
 
     void DrawBack(const CChartPen& pen, const RECT& strip) const;
-    void DrawSide(const CChartPen& pen, int side, bool right) const;
-    void DrawClock(const PixelView& target) const;
+    /// A text of the upper strip's middle.
+    struct ClockPart {
+        std::string text;
+        Colour colour;
+    };
+
+    /// `room` is in pixels.
+    void DrawSide(const CChartPen& pen, int side, bool right, int room) const;
+    std::vector<ClockPart> ClockParts() const;
+    int WidthOf(const std::vector<ClockPart>& parts) const;
+    void DrawClock(const PixelView& target, const std::vector<ClockPart>& parts) const;
+    std::string Shortened(const std::string& name, int room) const;
     void DrawUnit(const CChartPen& pen, const BattleUnit& unit, Line line) const;
     void DrawChosen(const CChartPen& pen, Line line) const;
     void DrawKeys(const PixelView& target, int top) const;

@@ -1,6 +1,7 @@
 #pragma once
 // What a battle is made of: units, what they fire, and the marks that this leaves on the sea.
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -21,6 +22,11 @@ struct SeaRect {
     double Width() const { return east - west; }
     double Height() const { return north - south; }
     bool Contains(SeaPoint p) const { return p.x >= west && p.x <= east && p.y >= south && p.y <= north; }
+    /// The place of the rectangle that is nearest to `p`.
+    SeaPoint Nearest(SeaPoint p) const
+    {
+        return {std::clamp(p.x, west, east), std::clamp(p.y, south, north)};
+    }
 };
 
 enum class UnitType { SHIP, SUBMARINE, BALLOON };
@@ -85,7 +91,6 @@ struct BattleUnit {
     bool diveOrdered = false;        ///< the player has said whether to be below; the unit keeps to it
     bool gone = false;               ///< sunk or shot down; it doesn't move or fight any more
     std::int64_t goneAt = 0;         ///< battle time, milliseconds
-    std::int64_t turnedAt = -1;      ///< last change between surface and below; -1 never
     std::array<bool, SIDES> seen{};  ///< which side sees it now; its own always does
     std::array<bool, SIDES> known{}; ///< which side has ever seen it
     UnitOrder order;                 ///< by its side

@@ -32,25 +32,17 @@ double Prominence(const BattleUnit& unit)
     }
 }
 
-bool HasGuns(const BattleUnit& unit)
-{
-    return std::ranges::any_of(unit.guns, [](const GunBattery& battery) { return battery.guns > 0; });
-}
-
 // Merchantmen and the like: they don't look for a fight.
 bool IsPeaceful(const BattleUnit& unit)
 {
     return unit.guns[0].guns == 0 && unit.guns[1].guns == 0 && unit.torpedoes == 0 && unit.depthCharges == 0;
 }
 
-// Whether the unit has anything that does harm to that one, and isn't wasted on it.
+// Whether it is worth sailing after that one: ships leave balloons to the guns that reach them by the way.
 bool CanFight(const BattleUnit& unit, const BattleUnit& target)
 {
-    if (target.type == UnitType::BALLOON)
-        return unit.type == UnitType::BALLOON;
-    if (target.submerged)
-        return unit.type == UnitType::SHIP && unit.depthCharges > 0;
-    return unit.torpedoes > 0 || HasGuns(unit) || (unit.type == UnitType::BALLOON && unit.depthCharges > 0);
+    return CWeapons::CanHarm(unit, target) &&
+           (target.type != UnitType::BALLOON || unit.type == UnitType::BALLOON);
 }
 
 } // namespace
@@ -141,8 +133,9 @@ void CCaptain::CloseIn(BattleUnit& unit, const BattleUnit& target)
         SetGoal(unit, target.place);
         return;
     }
-    double range = CWeapons::ReachOf(unit) / 2;
-    if (unit.torpedoes > 0 && (unit.type == UnitType::SUBMARINE || unit.length < BOAT))
+    double range = CWeapons::ReachOf(unit, target) / 2;
+    if (unit.torpedoes > 0 && target.type != UnitType::BALLOON &&
+        (unit.type == UnitType::SUBMARINE || unit.length < BOAT))
         range = TORPEDO_SHOT;
     if (distance > range) {
         SetGoal(unit, target.place);
@@ -223,7 +216,6 @@ void CCaptain::Dive(BattleUnit& unit, bool below) const
     if (unit.submerged == below)
         return;
     unit.submerged = below;
-    unit.turnedAt = m_State.time;
     unit.speed = std::min(unit.speed, below ? unit.maxSpeedBelow : unit.maxSpeed);
 }
 
@@ -231,9 +223,13 @@ void CCaptain::ChooseDepth(BattleUnit& unit) const
 {
     if (unit.diveOrdered)
         return;
-    const BattleUnit* enemy = Nearest(unit, true, true);
+    // Below it hears ships that its periscope doesn't show. Submarines fight each other on the surface.
     const double limit = unit.submerged ? RISES_AT : DIVES_AT;
-    Dive(unit, enemy != nullptr && SquareOf(unit.place, enemy->place) < limit * limit);
+    Dive(unit, std::ranges::any_of(m_State.units, [&](const BattleUnit& other) {
+             return other.type == UnitType::SHIP && !other.gone && unit.IsEnemyOf(other) &&
+                    (unit.submerged || other.seen[static_cast<std::size_t>(unit.side)]) &&
+                    SquareOf(unit.place, other.place) < limit * limit;
+         }));
 }
 
 void CCaptain::Think(int index, bool fighting)

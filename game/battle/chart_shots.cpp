@@ -1,8 +1,10 @@
 #include "battle/chart_shots.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
+#include "battle/battle_math.h"
 #include "battle/chart_colours.h"
 
 namespace
@@ -41,8 +43,10 @@ void CChartShots::DrawBelow()
 {
     for (const SeaMark& mark : m_Sim.Marks())
         DrawMark(mark, false);
-    for (const Torpedo& torpedo : m_Sim.Torpedoes())
-        DrawTorpedo(torpedo);
+    for (const Torpedo& torpedo : m_Sim.Torpedoes()) {
+        if (IsFromSeen(torpedo.from) || IsNearOwn(torpedo.place))
+            DrawTorpedo(torpedo);
+    }
 }
 
 void CChartShots::DrawAbove()
@@ -53,6 +57,21 @@ void CChartShots::DrawAbove()
         DrawShell(shell);
     if (m_Controls.Sign().IsShown())
         DrawSign(m_Controls.Sign());
+}
+
+bool CChartShots::IsFromSeen(int unit) const
+{
+    return m_Controls.IsSeen(m_Sim.Units()[static_cast<std::size_t>(unit)]);
+}
+
+// Lookouts find the track.
+bool CChartShots::IsNearOwn(SeaPoint place) const
+{
+    constexpr double FOUND_AT = 2000; // metres
+    return std::ranges::any_of(m_Sim.Units(), [&](const BattleUnit& unit) {
+        return !unit.gone && unit.side == m_Controls.Battle().OrderingSide() &&
+               SquareOf(unit.place, place) < FOUND_AT * FOUND_AT;
+    });
 }
 
 void CChartShots::DrawTorpedo(const Torpedo& torpedo)
@@ -71,7 +90,12 @@ void CChartShots::DrawTorpedo(const Torpedo& torpedo)
 
 void CChartShots::DrawShell(const Shell& shell)
 {
-    const ChartPoint at = At(shell.Place(m_Sim.ShownTime()));
+    constexpr double COMES_IN_SIGHT = 1500; // metres before its fall, of a shell whose gun isn't seen
+    const SeaPoint place = shell.Place(m_Sim.ShownTime());
+    const bool seen = IsFromSeen(shell.from);
+    if (!seen && SquareOf(place, shell.end) > COMES_IN_SIGHT * COMES_IN_SIGHT)
+        return;
+    const ChartPoint at = At(place);
     const ChartPoint start = At(shell.start);
     const ChartPoint end = At(shell.end);
     const double way = std::hypot(end.x - start.x, end.y - start.y);
@@ -84,7 +108,7 @@ void CChartShots::DrawShell(const Shell& shell)
     m_Pen.Disc(at, 1 + shell.calibre / THICK, ToPixel(SHELL));
     // A flash at the muzzles as long as the shell is near them.
     constexpr std::int64_t FLASH_TIME = 1500; // milliseconds of battle time
-    if (m_Sim.ShownTime() - shell.firedAt < FLASH_TIME)
+    if (seen && m_Sim.ShownTime() - shell.firedAt < FLASH_TIME)
         m_Pen.Disc(start, LEAST_BURST + shell.calibre / BURST_PER_CALIBRE, ToPixel(FLASH), 220);
 }
 

@@ -18,6 +18,8 @@ class CChartShots
 
   private:
     ChartPoint At(SeaPoint place) const { return m_Controls.View().ToChart(place); }
+    bool IsFromSeen(int unit) const;
+    bool IsNearOwn(SeaPoint place) const;
     void DrawTorpedo(const Torpedo& torpedo);
     void DrawShell(const Shell& shell);
     void DrawMark(const SeaMark& mark, bool above);

@@ -189,13 +189,40 @@ std::vector<int> CCoast::StepsTo(int goal) const
     return steps;
 }
 
+// The point with the fewest steps among the nearest one and, where that is land, those around it; -1 without
+// any.
+int CCoast::FirstOnWay(SeaPoint from, const std::vector<int>& steps) const
+{
+    const int nearest = NearestPoint(from);
+    const auto stepsOf = [&steps](int point) { return steps[static_cast<std::size_t>(point)]; };
+    if (stepsOf(nearest) >= 0)
+        return nearest;
+    int first = -1;
+    for (int row = std::max(nearest / POINTS - 1, 0); row <= std::min(nearest / POINTS + 1, CELLS); ++row) {
+        for (int column = std::max(nearest % POINTS - 1, 0); column <= std::min(nearest % POINTS + 1, CELLS);
+             ++column) {
+            const int point = row * POINTS + column;
+            if (stepsOf(point) >= 0 && (first < 0 || stepsOf(point) < stepsOf(first)))
+                first = point;
+        }
+    }
+    return first;
+}
+
+bool CCoast::HasWay(SeaPoint from, SeaPoint to) const
+{
+    return !IsLand(to) && (IsClear(from, to) || FirstOnWay(from, StepsTo(NearestPoint(to))) >= 0);
+}
+
 SeaPoint CCoast::NextOnWay(SeaPoint from, SeaPoint to) const
 {
     if (IsClear(from, to))
         return to;
     const std::vector<int> steps = StepsTo(NearestPoint(to));
-    int at = NearestPoint(from);
-    SeaPoint farthest = to;
+    int at = FirstOnWay(from, steps);
+    if (at < 0)
+        return to;
+    SeaPoint farthest = at == NearestPoint(from) ? to : PointPlace(at % POINTS, at / POINTS);
     // Down the steps, as far as can be seen from where it is.
     for (int left = steps[static_cast<std::size_t>(at)]; left > 0; --left) {
         const int column = at % POINTS;

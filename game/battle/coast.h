@@ -28,6 +28,8 @@ class CCoast
     bool IsLand(SeaPoint place) const { return HasLand() && Height(place) > 0; }
     /// No land on the straight way.
     bool IsClear(SeaPoint from, SeaPoint to) const;
+    /// `to` is water, and a ship gets there from `from`.
+    bool HasWay(SeaPoint from, SeaPoint to) const;
     /// The place to sail to next on the way to `to`: `to` itself when nothing lies between, or when there is
     /// no way.
     SeaPoint NextOnWay(SeaPoint from, SeaPoint to) const;
@@ -44,6 +46,7 @@ class CCoast
     SeaPoint PointPlace(int column, int row) const;
     int NearestPoint(SeaPoint place) const;
     std::vector<int> StepsTo(int goal) const;
+    int FirstOnWay(SeaPoint from, const std::vector<int>& steps) const;
 
     SeaRect m_Bounds;
     std::vector<float> m_Heights; ///< rows from the south; empty without land

@@ -29,6 +29,12 @@ bool CNavigator::IsOpen(const BattleUnit& unit, SeaPoint place) const
 bool CNavigator::IsFree(const BattleUnit& unit, double heading, double metres) const
 {
     constexpr int LOOKS = 4;
+    // Metres: a spur of land may be thinner than a look is long.
+    constexpr double CLOSE_BY[] = {2, 10, 25, 50};
+    for (const double close : CLOSE_BY) {
+        if (!IsOpen(unit, Ahead(unit.place, heading, close)))
+            return false;
+    }
     for (int i = 1; i <= LOOKS; ++i) {
         if (!IsOpen(unit, Ahead(unit.place, heading, metres * i / LOOKS)))
             return false;
@@ -42,7 +48,11 @@ double CNavigator::FreeCourse(const BattleUnit& unit, double wanted) const
     constexpr double SECONDS_AHEAD = 30;
     constexpr double POINT = 20; // degrees
     constexpr int POINTS = 9;
-    for (const double metres : {2 * unit.turnRadius + unit.speed * SECONDS_AHEAD, SHORT_LOOK}) {
+    double look = 2 * unit.turnRadius + unit.speed * SECONDS_AHEAD;
+    // What lies behind the place where it is to stay is in nobody's way.
+    if (unit.hasGoal && unit.order.kind == OrderKind::MOVE)
+        look = std::min(look, std::max(DistanceOf(unit.place, unit.goal), SHORT_LOOK));
+    for (const double metres : {look, SHORT_LOOK}) {
         for (int i = 0; i <= POINTS; ++i) {
             for (const double turn : {i * POINT, -i * POINT}) {
                 if (IsFree(unit, wanted + turn, metres))
@@ -104,6 +114,10 @@ void CNavigator::FindWay(BattleUnit& unit) const
 void CNavigator::Steer(int index)
 {
     BattleUnit& unit = m_State.units[static_cast<std::size_t>(index)];
+    // Whoever has run up against land turns away first, wherever he would like to go by now.
+    const bool turns = unit.speed <= 0 && TurnBetween(unit.heading, unit.course) != 0;
+    if (turns && IsFree(unit, unit.course, SHORT_LOOK))
+        return;
     double wanted = unit.course;
     if (unit.hasGoal) {
         FindWay(unit);
@@ -120,7 +134,9 @@ void CNavigator::Sail(BattleUnit& unit) const
     constexpr double DEGREES = 57.29577951308232;
     const double limit = SpeedLimit(unit);
     const double arrived = std::max(unit.turnRadius, 100.0);
-    const bool stays = unit.hasGoal && SquareOf(unit.place, unit.goal) < arrived * arrived;
+    // Ships lie to only where they are told to: what a captain steers for himself is often at the sea's edge.
+    const bool lies = unit.order.kind == OrderKind::MOVE || unit.type == UnitType::BALLOON;
+    const bool stays = lies && unit.hasGoal && SquareOf(unit.place, unit.goal) < arrived * arrived;
     const double wanted = stays || unit.order.kind == OrderKind::STOP ? 0 : limit;
     const double change = std::max(unit.maxSpeed, unit.maxSpeedBelow) / SECONDS_TO_FULL_SPEED * STEP_SECONDS;
     unit.speed = std::clamp(wanted, unit.speed - 2 * change, unit.speed + change);

@@ -43,6 +43,13 @@ double ShellDamage(int calibre, double partOfRange, int armour)
     return damage * std::max(pierces * pierces / (1.0 * armour * armour), BOUNCED);
 }
 
+// The unit has such guns, and they reach up or down to that target.
+bool IsFor(const BattleUnit& unit, std::size_t battery, const BattleUnit& target)
+{
+    return unit.guns[battery].guns > 0 && !target.submerged &&
+           (target.type != UnitType::BALLOON || battery >= BattleUnit::HIGH_ANGLE);
+}
+
 } // namespace
 
 double CWeapons::GunRange(int calibre)
@@ -53,21 +60,29 @@ double CWeapons::GunRange(int calibre)
     return calibre <= LARGEST_MACHINE_GUN ? MACHINE_GUN : LEAST + OF_A_MILLIMETRE * calibre;
 }
 
-double CWeapons::ReachOf(const BattleUnit& unit)
+double CWeapons::ReachOf(const BattleUnit& unit, const BattleUnit& target)
 {
     double reach = 0;
-    for (const GunBattery& battery : unit.guns) {
-        if (battery.guns > 0)
-            reach = std::max(reach, GunRange(battery.calibre));
+    for (std::size_t i = 0; i < BattleUnit::BATTERIES; ++i) {
+        if (IsFor(unit, i, target))
+            reach = std::max(reach, GunRange(unit.guns[i].calibre));
     }
     return reach;
+}
+
+bool CWeapons::CanHarm(const BattleUnit& unit, const BattleUnit& target)
+{
+    const bool balloon = target.type == UnitType::BALLOON;
+    const bool bombs = unit.type == UnitType::BALLOON;
+    return ReachOf(unit, target) > 0 || (unit.torpedoes > 0 && !target.submerged && !balloon) ||
+           (unit.depthCharges > 0 && target.submerged != bombs && !balloon);
 }
 
 // The player's luck in the grade that he chose.
 double CWeapons::Luck(const BattleUnit& unit) const
 {
-    constexpr double PLAYER[] = {1.3, 1, 0.8};
-    constexpr double ENEMY[] = {0.75, 1, 1.25};
+    constexpr double PLAYER[] = {1.3, 1, 0.9};
+    constexpr double ENEMY[] = {0.75, 1, 1.12};
     const int player = m_State.setup.OrderingSide();
     if (player < 0)
         return 1;
@@ -77,11 +92,8 @@ double CWeapons::Luck(const BattleUnit& unit) const
 
 bool CWeapons::CanHit(const BattleUnit& unit, std::size_t battery, const BattleUnit& target) const
 {
-    if (target.gone || target.submerged || !unit.IsEnemyOf(target) ||
+    if (target.gone || !unit.IsEnemyOf(target) || !IsFor(unit, battery, target) ||
         !target.seen[static_cast<std::size_t>(unit.side)])
-        return false;
-    const bool balloon = target.type == UnitType::BALLOON;
-    if (balloon && battery < BattleUnit::HIGH_ANGLE)
         return false;
     const double range = GunRange(unit.guns[battery].calibre);
     return SquareOf(unit.place, target.place) <= range * range;

@@ -28,8 +28,10 @@ class CWeapons
     /// How far guns of a calibre in millimetres shoot, and how far torpedoes run, metres.
     static double GunRange(int calibre);
     static constexpr double TORPEDO_RANGE = 5000;
-    /// The range of the unit's best guns that can be used against ships; 0 without any.
-    static double ReachOf(const BattleUnit& unit);
+    /// The range of the unit's best guns that can be used against that target, metres; 0 without any.
+    static double ReachOf(const BattleUnit& unit, const BattleUnit& target);
+    /// Whether the unit has anything left that could hit that target as it is now, however far it is.
+    static bool CanHarm(const BattleUnit& unit, const BattleUnit& target);
 
   private:
     static constexpr std::size_t MAX_MARKS = 2000;

@@ -195,7 +195,7 @@ void CBattleStage::Update()
 // The battle stands still under the front end, and its end is told when nothing else is shown.
 void CBattleStage::Watch()
 {
-    if (m_pBattle->Sim().IsOver() && !m_bEndTold && !m_FrontEnd.IsWanted()) {
+    if (m_pBattle->IsEndSeen() && !m_bEndTold && !m_FrontEnd.IsWanted()) {
         m_bEndTold = true;
         ItfEvent event;
         event.code = EVENT_END_GAME;

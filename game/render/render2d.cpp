@@ -20,6 +20,18 @@ bool IsDisplay(int surface)
     return surface == DISPLAY_NOW || surface == DISPLAY_FRAME;
 }
 
+// The largest part in the middle of a surface that has the proportions of that size.
+RECT MiddleOf(const CSurface& surface, int width, int height)
+{
+    const std::int64_t across = std::int64_t{surface.Width()} * height;
+    const std::int64_t down = std::int64_t{surface.Height()} * width;
+    const int partWidth = across > down ? static_cast<int>(down / height) : surface.Width();
+    const int partHeight = across > down ? surface.Height() : static_cast<int>(across / width);
+    const int left = (surface.Width() - partWidth) / 2;
+    const int top = (surface.Height() - partHeight) / 2;
+    return {left, top, left + partWidth, top + partHeight};
+}
+
 void ReportPicture(const std::string& file, const char* reason)
 {
     const std::string line = "surface: " + file.substr(0, NAME_IN_MESSAGES) + ": " + reason + "\r\n";
@@ -45,6 +57,8 @@ bool CRender2D::SetDisplaySize(int width, int height)
     std::unique_ptr<CSurface> display = CSurface::Create(width, height);
     if (!display)
         return false;
+    const RECT shown = MiddleOf(*m_pDisplay, width, height);
+    BlitPixels(display->View(), display->Rect(), m_pDisplay->View(), shown, false, m_Scratch);
     m_pDisplay = std::move(display);
     m_bDisplayChanged = true;
     return true;

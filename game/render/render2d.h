@@ -28,8 +28,9 @@ class CRender2D : public IRender2D
     explicit CRender2D(int displayWidth = DEFAULT_WIDTH, int displayHeight = DEFAULT_HEIGHT);
     ~CRender2D() override;
 
-    /// A new, black display picture; each side 1 to SURFACE_MAX_SIDE pixels. False, with the display as it
-    /// was, for any other size. The same size again changes nothing.
+    /// A new display picture with the middle of the old one, scaled to fill it; each side 1 to
+    /// SURFACE_MAX_SIDE pixels. False, with the display as it was, for any other size. The same size again
+    /// changes nothing.
     bool SetDisplaySize(int width, int height);
     int DisplayWidth() const { return m_pDisplay->Width(); }
     int DisplayHeight() const { return m_pDisplay->Height(); }

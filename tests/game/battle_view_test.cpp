@@ -118,7 +118,7 @@ TEST_F(BattleViewTest, MouseAndKeysChooseOrderAndSetTheSpeed)
         {"sail", " ---- 1"},
         {"click0 sail", "0 m--- 1"},
         {"click0 scroll", "0 ---- 1"},
-        {"box order2", "01 aa-- 1"},
+        {"box order2", "01 a--- 1"},   // the boat has nothing to fire
         {"click0 order1", "0 m--- 1"}, // towards a friend
         {"box sail S", "01 ss-- 1"},
         {"box sail O", "01 ---- 1"},

@@ -181,7 +181,7 @@ TEST(Display, TellsWhereTheFrameStandsAndChangesItsSize)
     render.TakeDisplayChanged();
     EXPECT_TRUE(render.SetDisplaySize(7, 5));
     EXPECT_TRUE(render.TakeDisplayChanged());
-    EXPECT_EQ(render.DisplayPixels()[34], 0);
+    EXPECT_EQ(render.DisplayPixels()[34], WHITE_PIXEL) << "the old picture, larger";
     EXPECT_THROW(CRender2D(0, 0), std::runtime_error);
 }
 
