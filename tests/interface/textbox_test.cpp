@@ -14,7 +14,6 @@ namespace
 constexpr int WIDTH = 25 * GLYPH_W;
 constexpr int HEIGHT = 10 * GLYPH_H;
 constexpr int PAGE = 10;
-constexpr RECT GLYPH = {0, 0, GLYPH_W, GLYPH_H};
 
 std::string Lines(int count, const std::string& line = "x")
 {

@@ -3,6 +3,7 @@
 // or not, keys, the wheel, and events of the logic at any time. The same seed gives the same script. INPUTS
 // counts moves, presses, clicks, keys and events.
 
+#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -64,12 +65,35 @@ class CSoakPlayer
     }
     int OneOf(std::initializer_list<int> values) { return Pick(values); }
 
-    template <class... Arguments>
-    void Input(const char* format, Arguments... arguments)
+    [[gnu::format(printf, 2, 3)]] void Input(const char* format, ...)
     {
-        std::printf(format, arguments...);
+        std::va_list arguments;
+        va_start(arguments, format);
+        std::vprintf(format, arguments);
+        va_end(arguments);
         std::putchar('\n');
         ++m_nDone;
+    }
+    // Arguments of a call are made in the compiler's order; the same seed has to give the same script.
+    void InputAnywhere(const char* what)
+    {
+        const int x = Below(WIDTH);
+        const int y = Below(HEIGHT);
+        Input("%s %d %d", what, x, y);
+    }
+    void InputBox()
+    {
+        const int first = OneOf({13150, 16, -1});
+        const int second = OneOf({16, 83, 117, 0});
+        const int style = OneOf({0, 0x8000000, 2, 1});
+        const int id = OneOf({0, 140, 360, 370, 380, 77});
+        Input("event %d value1=%d value2=%d style=%d id=%d", EVENT_MESSAGE_BOX, first, second, style, id);
+    }
+    void InputEvent(int code)
+    {
+        const int value1 = Below(3) - 1;
+        const int value2 = Below(2);
+        Input("event %d value1=%d value2=%d", code, value1, value2);
     }
     static void Wait(int frames) { std::printf("frames %d\n", frames); }
     void Frames(int most) { Wait(1 + Below(most)); }
@@ -116,7 +140,8 @@ class CSoakPlayer
         CloseWhatIsOpen();
         Input("item MainDlg 10 %d", MENU_SCENARIO);
         WaitForDialog();
-        Input("row ScenSelDlg 10 %d%s", Below(9), Below(2) == 0 ? " double" : "");
+        const int row = Below(9);
+        Input("row ScenSelDlg 10 %d%s", row, Below(2) == 0 ? " double" : "");
         if (Below(2) == 0)
             Input("control ScenSelDlg 40");
         WaitForDialog();
@@ -155,10 +180,10 @@ class CSoakPlayer
                 Input("key %s", Pick(keys));
                 break;
             case 1:
-                Input("click %d %d", Below(WIDTH), Below(HEIGHT));
+                InputAnywhere("click");
                 break;
             case 2:
-                Input("move %d %d", Below(WIDTH), Below(HEIGHT));
+                InputAnywhere("move");
                 Input("rdown\nframes 1\nrup");
                 break;
             case 3:
@@ -182,8 +207,7 @@ class CSoakPlayer
         switch (Below(8)) {
         case 0:
             // Also ids that mean something to the front end, and styles that don't.
-            Input("event %d value1=%d value2=%d style=%d id=%d", EVENT_MESSAGE_BOX, OneOf({13150, 16, -1}),
-                  OneOf({16, 83, 117, 0}), OneOf({0, 0x8000000, 2, 1}), OneOf({0, 140, 360, 370, 380, 77}));
+            InputBox();
             break;
         case 1:
             Input("event %d value1=%d", EVENT_MESSAGE, OneOf({117, 0, -5}));
@@ -204,7 +228,7 @@ class CSoakPlayer
             break;
         default:
             // Any other code, also those that mean nothing yet.
-            Input("event %d value1=%d value2=%d", EVENT_VIDEO + 1 + Below(40), Below(3) - 1, Below(2));
+            InputEvent(EVENT_VIDEO + 1 + Below(40));
         }
         Frames(15);
     }
@@ -237,7 +261,7 @@ class CSoakPlayer
                 ClickControl();
                 break;
             case 3:
-                Input("click %d %d", Below(WIDTH), Below(HEIGHT));
+                InputAnywhere("click");
                 break;
             case 4:
                 Glide();
@@ -252,7 +276,7 @@ class CSoakPlayer
                 Input("wheel %d", OneOf({-2, -1, 1, 2}));
                 break;
             default:
-                Input("double %d %d", Below(WIDTH), Below(HEIGHT));
+                InputAnywhere("double");
             }
         }
         Frames(3);

@@ -258,7 +258,7 @@ std::vector<int> ToolkitTest::Commands() const
 const CItfWnd::Row* RecordingWnd::GetMessageTable() const
 {
     static const Row rows[] = {
-        On(WM_MOUSEMOVE, &RecordingWnd::OnMove),
+        On(WM_MOUSEMOVE, &RecordingWnd::OnMouseMoved),
         On(WM_LBUTTONDOWN, &RecordingWnd::OnDown),
         On(WM_LBUTTONUP, &RecordingWnd::OnUp),
         On(WM_LBUTTONDBLCLK, &RecordingWnd::OnDouble),

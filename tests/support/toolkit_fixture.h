@@ -124,7 +124,7 @@ class RecordingWnd : public CItfWnd
 
   private:
     Word OnAny(std::uint32_t msg, std::uint32_t wParam, std::int32_t lParam);
-    Word OnMove(std::uint32_t w, std::int32_t l) { return OnAny(WM_MOUSEMOVE, w, l); }
+    Word OnMouseMoved(std::uint32_t w, std::int32_t l) { return OnAny(WM_MOUSEMOVE, w, l); }
     Word OnDown(std::uint32_t w, std::int32_t l) { return OnAny(WM_LBUTTONDOWN, w, l); }
     Word OnUp(std::uint32_t w, std::int32_t l) { return OnAny(WM_LBUTTONUP, w, l); }
     Word OnDouble(std::uint32_t w, std::int32_t l) { return OnAny(WM_LBUTTONDBLCLK, w, l); }
