@@ -29,6 +29,10 @@ build() {
     shift
     echo "Building $preset"
     cmake --preset "$preset" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; return 1; }
+    # Another compiler than last time has made CMake forget the preset's other settings.
+    if grep -q 'require your cache to be deleted' "build/$preset.log"; then
+        cmake --preset "$preset" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; return 1; }
+    fi
     cmake --build --preset "$preset" ${1:+--target "$@"} >"build/$preset.log" 2>&1 || {
         grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking)' "build/$preset.log" >&2
         return 1

@@ -316,15 +316,24 @@ Word CWorld::Deliver(const CMessage& message)
 
 void CWorld::DeliverPosted()
 {
-    std::deque<std::unique_ptr<CMessage>> batch;
-    batch.swap(m_Posted);
-    for (const auto& message : batch)
-        Deliver(*message);
+    m_Batch = std::exchange(m_Posted, {});
+    for (auto& next : m_Batch) {
+        const std::unique_ptr<CMessage> message = std::move(next);
+        if (message != nullptr)
+            Deliver(*message);
+    }
 }
 
 void CWorld::DropPostedBy(int sender)
 {
-    std::erase_if(m_Posted, [sender](const auto& message) { return message->Record()->sender == sender; });
+    const auto isHis = [sender](const std::unique_ptr<CMessage>& message) {
+        return message != nullptr && message->Record()->sender == sender;
+    };
+    std::erase_if(m_Posted, isHis);
+    for (auto& message : m_Batch) {
+        if (isHis(message))
+            message.reset();
+    }
 }
 
 // The frame

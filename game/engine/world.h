@@ -167,6 +167,8 @@ class CWorld
     std::vector<int> m_Running; // ids of the entities whose code is on the stack, the innermost last
     std::vector<int> m_InputEntities;
     std::deque<std::unique_ptr<CMessage>> m_Posted;
+    /// What is being delivered; null what is done or was dropped.
+    std::deque<std::unique_ptr<CMessage>> m_Batch;
 
     DisplayInfo m_DisplayInfo = {};
     std::map<int, Viewport> m_Viewports;

@@ -4,6 +4,17 @@
 #include <iterator>
 #include <utility>
 
+namespace
+{
+
+/// Whether the event has had its effect when it has been delivered, and leaves no screen.
+bool IsDoneAtOnce(const ItfEvent& event)
+{
+    return event.code == EVENT_VIDEO || (event.code == EVENT_MISSION_BRIEF && event.value2 == 0);
+}
+
+} // namespace
+
 bool CFrontEnd::Start(const ItfEvent& first)
 {
     m_nEntity = m_World.Root().CreateEntityFromModule(NAME, MODULE, 0, -1, 1, 0);
@@ -66,12 +77,14 @@ void CFrontEnd::Update()
         return; // the engine has told why; whoever posts again tries again
     for (std::size_t i = 1; i < pending.size(); ++i)
         PostNow(std::move(pending[i]));
+    m_Coming = std::exchange(m_Waiting, {}); // this frame's delivery brings these as well
 }
 
 void CFrontEnd::Leave()
 {
     if (!IsUp())
         return;
+    std::erase_if(m_Seen, [](const auto& sent) { return IsDoneAtOnce(sent->event); });
     for (Events* events : {&m_Seen, &m_Coming, &m_Waiting})
         std::ranges::move(*events, std::back_inserter(m_Pending));
     TakeAway();

@@ -38,8 +38,8 @@ class CFrontEnd
     void Update();
     /// Takes the entity away at once, with all that it has posted; only where no entity's code runs.
     void TakeAway();
-    /// The same when the entity has asked to leave, a frame ago: what has reached it since then comes back
-    /// with the next one. What it was made with isn't sent again.
+    /// The same when the entity has asked to leave, a frame ago: the screens that have reached it since
+    /// then come back with the next one. What it was made with isn't sent again.
     void Leave();
 
   private:

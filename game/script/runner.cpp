@@ -155,6 +155,8 @@ void CScriptRunner::QueueKeys(const std::vector<int>& keys)
         Queue(EScript::Char, key);
     else if (plain && key >= VK_MULTIPLY && key <= VK_DIVIDE)
         Queue(EScript::Char, KEYPAD_SIGNS[key - VK_MULTIPLY]);
+    else if (plain && key >= VK_NUMPAD0 && key < VK_MULTIPLY)
+        Queue(EScript::Char, key - VK_NUMPAD0 + '0');
     if (keys.size() > 1)
         Queue(EScript::Frames, 1);
     for (auto it = keys.rbegin(); it != keys.rend(); ++it)

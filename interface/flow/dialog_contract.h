@@ -35,8 +35,8 @@ struct ControlRule {
     ItfControlKind kind;
     bool required = false; ///< the dialog can't be opened without it
     int columns = 0;       ///< of a table: those that the code fills
-    std::span<const int> texts =
-        {}; ///< of the text table: what the code may put there in place of its caption
+    /// Of the text table: what the code may put there in place of its caption.
+    std::span<const int> texts = {};
 };
 
 struct DialogRule {

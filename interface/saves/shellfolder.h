@@ -38,8 +38,8 @@ struct ItfFileItem {
 /// that are mounted. Below it come the folders of the disk. A path that is typed leads through the whole
 /// computer, so that Up goes through all its folders.
 ///
-/// A drive or network folder is looked at when it is entered or typed, never to list or press it: its server
-/// may be out of reach.
+/// On the desktop a drive or network folder is looked at when it is entered or typed, never to list or press
+/// it: its server may be out of reach.
 ///
 /// Hidden items, and what is neither a folder nor a regular file, are passed over. Names that the code page
 /// lacks are shown by their bytes and can be entered all the same.

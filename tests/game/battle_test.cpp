@@ -220,6 +220,30 @@ TEST_F(BattleTest, WhatReachesAFrontEndThatIsLeavingIsShownByTheNextOne)
     }
 }
 
+TEST_F(BattleTest, WhatHasHadItsEffectIsntSentAgain)
+{
+    const auto clip = [this](const char* name) {
+        ItfEvent event;
+        event.code = EVENT_VIDEO;
+        std::snprintf(event.text, sizeof event.text, "%s", name);
+        logic->PostEvent(event);
+    };
+    RunToBattle();
+    clip("first");
+    clip("second"); // behind what makes the front end anew
+    Frames(10);
+    PostEvent(EVENT_HELP);
+    Frames(3);
+    Click("HelpDlg", 10);
+    clip("third"); // while the front end leaves
+    Frames(10);
+    for (const std::string name : {"\"first\"", "\"second\"", "\"third\""}) {
+        const auto tells = [&name](const std::string& line) { return line.ends_with(name); };
+        EXPECT_EQ(std::ranges::count_if(trace.Last(trace.Count()), tells), 1) << name;
+    }
+    EXPECT_FALSE(IsFrontEndUp());
+}
+
 TEST_F(BattleTest, TheEndIsToldOnceWithWhoHasWonAndTheGameAnswersUntilItIsStopped)
 {
     for (const bool byKey : {true, false}) {

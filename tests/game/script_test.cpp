@@ -110,6 +110,7 @@ TEST_F(ScriptTest, InputComesWithTheMessagesAndFramesOfItsCommand)
         {"key ctrl+v", {"100:11 100:56 102:16 ", "101:56 101:11 "}},
         {"key alt+f5", {"104:12 104:74 ", "105:74 101:12 "}},
         {"key add", {"100:6b 102:2b 101:6b "}},
+        {"key numpad7", {"100:67 102:37 101:67 "}},
         {"type Z\xc3\xa9", {"100:5a 102:5a 101:5a 102:e9 "}},
         {"keydown left\nframes 2\nkeyup left", {"100:25 ", "", "101:25 "}},
     };
