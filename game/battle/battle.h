@@ -55,7 +55,7 @@ class CBattle : public IGameState
     bool IsHeld() const { return m_bHeld; }
     void Hold(bool held) { m_bHeld = held; }
     /// The player's time passes, in milliseconds; of what a program that hung has missed, only LONGEST_FRAME.
-    /// Its end brings the speed back to 1.
+    /// An end that comes by itself brings the speed back to 1.
     void Advance(std::int64_t milliseconds);
     /// The battle is over, and not only just now: one that was decided has nothing more to show.
     bool IsEndSeen() const { return m_Sim.IsOver() && m_nLastSight <= 0; }

@@ -98,8 +98,10 @@ struct BattleUnit {
     SeaPoint goal;                   ///< where it wants to be
     bool hasGoal = false;            ///< without one it keeps its course
     SeaPoint way;                    ///< where it sails to now, around land
+    SeaPoint wayGoal;                ///< the goal to which that leads
     std::int64_t wayAt = -1;         ///< battle time when that was found, -1 for never
     double course = 0;               ///< degrees to which it turns now, around what lies in its way
+    bool slows = false;              ///< it has no room to turn at full speed
 
     // What it did
     int rounds = 0;

@@ -45,6 +45,14 @@ bool CanFight(const BattleUnit& unit, const BattleUnit& target)
            (target.type != UnitType::BALLOON || unit.type == UnitType::BALLOON);
 }
 
+// Its side sees that one, or it is below and hears the screws of a ship that its periscope doesn't show.
+bool Notices(const BattleUnit& unit, const BattleUnit& other)
+{
+    return other.seen[static_cast<std::size_t>(unit.side)] ||
+           (unit.submerged && other.type == UnitType::SHIP &&
+            SquareOf(unit.place, other.place) < RISES_AT * RISES_AT);
+}
+
 } // namespace
 
 bool CCaptain::Sees(const BattleUnit& watcher, const BattleUnit& unit) const
@@ -78,8 +86,7 @@ const BattleUnit* CCaptain::Nearest(const BattleUnit& unit, bool enemies, bool s
     double least = 0;
     for (const BattleUnit& other : m_State.units) {
         if (&other == &unit || other.gone || other.type == UnitType::BALLOON ||
-            (enemies ? !unit.IsEnemyOf(other) : unit.side != other.side) ||
-            (seen && !other.seen[static_cast<std::size_t>(unit.side)]))
+            (enemies ? !unit.IsEnemyOf(other) : unit.side != other.side) || (seen && !Notices(unit, other)))
             continue;
         const double square = SquareOf(unit.place, other.place);
         if (nearest == nullptr || square < least) {
@@ -129,14 +136,17 @@ void CCaptain::CloseIn(BattleUnit& unit, const BattleUnit& target)
 {
     constexpr double BOAT = 150; // metres long: shorter ones attack with torpedoes
     const double distance = DistanceOf(unit.place, target.place);
-    if (target.submerged || unit.type == UnitType::BALLOON) {
+    if ((target.submerged && unit.depthCharges > 0) || unit.type == UnitType::BALLOON) {
         SetGoal(unit, target.place);
         return;
     }
     double range = CWeapons::ReachOf(unit, target) / 2;
     if (unit.torpedoes > 0 && target.type != UnitType::BALLOON &&
-        (unit.type == UnitType::SUBMARINE || unit.length < BOAT))
+        (unit.type == UnitType::SUBMARINE || unit.length < BOAT || range <= 0))
         range = TORPEDO_SHOT;
+    // With charges alone it waits nearby until a submarine dives.
+    if (range <= 0)
+        range = LISTENING;
     if (distance > range) {
         SetGoal(unit, target.place);
     } else if (distance < range / 2) {
@@ -223,12 +233,11 @@ void CCaptain::ChooseDepth(BattleUnit& unit) const
 {
     if (unit.diveOrdered)
         return;
-    // Below it hears ships that its periscope doesn't show. Submarines fight each other on the surface.
+    // Submarines fight each other on the surface.
     const double limit = unit.submerged ? RISES_AT : DIVES_AT;
     Dive(unit, std::ranges::any_of(m_State.units, [&](const BattleUnit& other) {
              return other.type == UnitType::SHIP && !other.gone && unit.IsEnemyOf(other) &&
-                    (unit.submerged || other.seen[static_cast<std::size_t>(unit.side)]) &&
-                    SquareOf(unit.place, other.place) < limit * limit;
+                    Notices(unit, other) && SquareOf(unit.place, other.place) < limit * limit;
          }));
 }
 
@@ -237,9 +246,11 @@ void CCaptain::Think(int index, bool fighting)
     BattleUnit& unit = m_State.units[static_cast<std::size_t>(index)];
     if (unit.gone)
         return;
-    if (unit.order.kind == OrderKind::ATTACK &&
-        (!fighting || m_State.units[static_cast<std::size_t>(unit.order.target)].gone))
-        unit.order = {};
+    if (unit.order.kind == OrderKind::ATTACK) {
+        const BattleUnit& ordered = m_State.units[static_cast<std::size_t>(unit.order.target)];
+        if (!fighting || ordered.gone || !CWeapons::CanEverHarm(unit, ordered))
+            unit.order = {};
+    }
     const bool fights = fighting && unit.side < BattleUnit::SIDES;
     unit.target = fights ? ChooseTarget(index) : -1;
     if (fights && unit.type == UnitType::SUBMARINE)

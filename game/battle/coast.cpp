@@ -166,12 +166,48 @@ int CCoast::NearestPoint(SeaPoint place) const
            static_cast<int>(std::clamp(u + 0.5, 0.0, 1.0 * CELLS));
 }
 
-// How many steps every sailable point of the grid is from `goal`; -1 where no way leads.
-std::vector<int> CCoast::StepsTo(int goal) const
+// Whether no land lies between a place and a point of the grid beside it, shallow though the water may be.
+bool CCoast::IsWater(SeaPoint from, SeaPoint to) const
+{
+    constexpr int PARTS = 12;
+    for (int i = 1; i <= PARTS; ++i) {
+        const double part = static_cast<double>(i) / PARTS;
+        if (IsLand({from.x + (to.x - from.x) * part, from.y + (to.y - from.y) * part}))
+            return false;
+    }
+    return true;
+}
+
+// The nearest point to the place, then the eight around it: `visit` gets its index, and whether only water
+// lies between.
+template <class Visit>
+void CCoast::ForPointsAround(SeaPoint place, Visit visit) const
+{
+    const int nearest = NearestPoint(place);
+    const auto look = [&](int column, int row) {
+        visit(row * POINTS + column, IsWater(place, PointPlace(column, row)));
+    };
+    look(nearest % POINTS, nearest / POINTS);
+    for (int row = std::max(nearest / POINTS - 1, 0); row <= std::min(nearest / POINTS + 1, CELLS); ++row) {
+        for (int column = std::max(nearest % POINTS - 1, 0); column <= std::min(nearest % POINTS + 1, CELLS);
+             ++column) {
+            if (row * POINTS + column != nearest)
+                look(column, row);
+        }
+    }
+}
+
+// How many steps every sailable point of the grid is from those beside `goal`; -1 where no way leads.
+std::vector<int> CCoast::StepsTo(SeaPoint goal) const
 {
     std::vector<int> steps(m_Heights.size(), -1);
-    std::vector<int> front = {goal};
-    steps[static_cast<std::size_t>(goal)] = 0;
+    std::vector<int> front;
+    ForPointsAround(goal, [&](int point, bool water) {
+        if (!water || PointHeight(point % POINTS, point / POINTS) > SAILABLE)
+            return;
+        steps[static_cast<std::size_t>(point)] = 0;
+        front.push_back(point);
+    });
     for (std::size_t next = 0; next < front.size(); ++next) {
         const int column = front[next] % POINTS;
         const int row = front[next] / POINTS;
@@ -189,36 +225,35 @@ std::vector<int> CCoast::StepsTo(int goal) const
     return steps;
 }
 
-// The point with the fewest steps among the nearest one and, where that is land, those around it; -1 without
-// any.
+// The nearest point, or where no way leads from that over water the one around it with the fewest steps;
+// rather one across a spur of land than none. -1 without any.
 int CCoast::FirstOnWay(SeaPoint from, const std::vector<int>& steps) const
 {
     const int nearest = NearestPoint(from);
     const auto stepsOf = [&steps](int point) { return steps[static_cast<std::size_t>(point)]; };
-    if (stepsOf(nearest) >= 0)
-        return nearest;
     int first = -1;
-    for (int row = std::max(nearest / POINTS - 1, 0); row <= std::min(nearest / POINTS + 1, CELLS); ++row) {
-        for (int column = std::max(nearest % POINTS - 1, 0); column <= std::min(nearest % POINTS + 1, CELLS);
-             ++column) {
-            const int point = row * POINTS + column;
-            if (stepsOf(point) >= 0 && (first < 0 || stepsOf(point) < stepsOf(first)))
-                first = point;
+    bool overWater = false;
+    ForPointsAround(from, [&](int point, bool water) {
+        if (stepsOf(point) < 0 || (overWater && (!water || first == nearest)))
+            return;
+        if (first < 0 || (water && !overWater) || stepsOf(point) < stepsOf(first)) {
+            first = point;
+            overWater = water;
         }
-    }
+    });
     return first;
 }
 
 bool CCoast::HasWay(SeaPoint from, SeaPoint to) const
 {
-    return !IsLand(to) && (IsClear(from, to) || FirstOnWay(from, StepsTo(NearestPoint(to))) >= 0);
+    return !IsLand(to) && (IsClear(from, to) || FirstOnWay(from, StepsTo(to)) >= 0);
 }
 
 SeaPoint CCoast::NextOnWay(SeaPoint from, SeaPoint to) const
 {
     if (IsClear(from, to))
         return to;
-    const std::vector<int> steps = StepsTo(NearestPoint(to));
+    const std::vector<int> steps = StepsTo(to);
     int at = FirstOnWay(from, steps);
     if (at < 0)
         return to;

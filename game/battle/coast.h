@@ -45,7 +45,10 @@ class CCoast
     }
     SeaPoint PointPlace(int column, int row) const;
     int NearestPoint(SeaPoint place) const;
-    std::vector<int> StepsTo(int goal) const;
+    bool IsWater(SeaPoint from, SeaPoint to) const;
+    template <class Visit>
+    void ForPointsAround(SeaPoint place, Visit visit) const;
+    std::vector<int> StepsTo(SeaPoint goal) const;
     int FirstOnWay(SeaPoint from, const std::vector<int>& steps) const;
 
     SeaRect m_Bounds;

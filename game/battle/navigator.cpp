@@ -8,8 +8,17 @@ namespace
 {
 
 constexpr double STEP_SECONDS = static_cast<double>(BATTLE_STEP) / 1000;
+constexpr double DEGREES = 57.29577951308232; // of a radian
 /// Shorter than half of the narrowest water, so that a unit always finds a way to turn.
 constexpr double SHORT_LOOK = 150;
+
+/// Degrees a second that the unit turns at its speed; ships that lie still do it with the engines against
+/// each other.
+double TurnRate(const BattleUnit& unit)
+{
+    constexpr double SLOWEST_TURN = 1;
+    return std::max(unit.speed / unit.turnRadius * DEGREES, SLOWEST_TURN);
+}
 
 } // namespace
 
@@ -26,24 +35,46 @@ bool CNavigator::IsOpen(const BattleUnit& unit, SeaPoint place) const
            (unit.type == UnitType::BALLOON || !m_State.coast.IsLand(place));
 }
 
-bool CNavigator::IsFree(const BattleUnit& unit, double heading, double metres) const
+bool CNavigator::IsFree(const BattleUnit& unit, SeaPoint from, double heading, double metres) const
 {
     constexpr int LOOKS = 4;
     // Metres: a spur of land may be thinner than a look is long.
     constexpr double CLOSE_BY[] = {2, 10, 25, 50};
     for (const double close : CLOSE_BY) {
-        if (!IsOpen(unit, Ahead(unit.place, heading, close)))
+        if (!IsOpen(unit, Ahead(from, heading, close)))
             return false;
     }
     for (int i = 1; i <= LOOKS; ++i) {
-        if (!IsOpen(unit, Ahead(unit.place, heading, metres * i / LOOKS)))
+        if (!IsOpen(unit, Ahead(from, heading, metres * i / LOOKS)))
             return false;
     }
     return true;
 }
 
-// The free course nearest to the wanted one, to the right at even odds first.
-double CNavigator::FreeCourse(const BattleUnit& unit, double wanted) const
+// `end` is where the unit has turned to the heading, at the speed that it has.
+bool CNavigator::IsTurnFree(const BattleUnit& unit, double heading, SeaPoint& end) const
+{
+    constexpr double PART = 30;         // degrees
+    constexpr double SMALL_CIRCLE = 25; // metres
+    end = unit.place;
+    const double radius = unit.speed / TurnRate(unit) * DEGREES;
+    if (radius < SMALL_CIRCLE)
+        return true;
+    const double turn = TurnBetween(unit.heading, heading);
+    const double side = turn >= 0 ? 90 : -90;
+    const SeaPoint centre = Ahead(unit.place, unit.heading + side, radius);
+    const int parts = static_cast<int>(turn / (turn >= 0 ? PART : -PART)) + 1;
+    for (int i = 1; i <= parts; ++i) {
+        end = Ahead(centre, unit.heading + turn * i / parts - side, radius);
+        if (!IsOpen(unit, end))
+            return false;
+    }
+    return true;
+}
+
+// The free course nearest to the wanted one, to the right at even odds first. Where no turn at full speed
+// leads to any, the unit slows down and turns in a smaller circle.
+void CNavigator::ChooseCourse(BattleUnit& unit, double wanted) const
 {
     constexpr double SECONDS_AHEAD = 30;
     constexpr double POINT = 20; // degrees
@@ -52,15 +83,24 @@ double CNavigator::FreeCourse(const BattleUnit& unit, double wanted) const
     // What lies behind the place where it is to stay is in nobody's way.
     if (unit.hasGoal && unit.order.kind == OrderKind::MOVE)
         look = std::min(look, std::max(DistanceOf(unit.place, unit.goal), SHORT_LOOK));
-    for (const double metres : {look, SHORT_LOOK}) {
+    const struct {
+        double metres;
+        bool slow;
+    } ways[] = {{look, false}, {SHORT_LOOK, false}, {SHORT_LOOK, true}};
+    for (const auto& [metres, slow] : ways) {
+        unit.slows = slow;
         for (int i = 0; i <= POINTS; ++i) {
             for (const double turn : {i * POINT, -i * POINT}) {
-                if (IsFree(unit, wanted + turn, metres))
-                    return NormalHeading(wanted + turn);
+                SeaPoint end = unit.place;
+                if ((slow || IsTurnFree(unit, wanted + turn, end)) &&
+                    IsFree(unit, end, wanted + turn, metres)) {
+                    unit.course = NormalHeading(wanted + turn);
+                    return;
+                }
             }
         }
     }
-    return wanted;
+    unit.course = wanted;
 }
 
 // Bears away from what is close; what lies on the same place is left behind by turning with one's own number.
@@ -105,9 +145,11 @@ void CNavigator::FindWay(BattleUnit& unit) const
         return;
     }
     if (unit.wayAt >= 0 && m_State.time - unit.wayAt < KEEPS &&
-        SquareOf(unit.place, unit.way) > REACHED * REACHED)
+        SquareOf(unit.place, unit.way) > REACHED * REACHED &&
+        SquareOf(unit.goal, unit.wayGoal) < REACHED * REACHED)
         return;
     unit.way = m_State.coast.NextOnWay(unit.place, unit.goal);
+    unit.wayGoal = unit.goal;
     unit.wayAt = m_State.time;
 }
 
@@ -116,7 +158,7 @@ void CNavigator::Steer(int index)
     BattleUnit& unit = m_State.units[static_cast<std::size_t>(index)];
     // Whoever has run up against land turns away first, wherever he would like to go by now.
     const bool turns = unit.speed <= 0 && TurnBetween(unit.heading, unit.course) != 0;
-    if (turns && IsFree(unit, unit.course, SHORT_LOOK))
+    if (turns && IsFree(unit, unit.place, unit.course, SHORT_LOOK))
         return;
     double wanted = unit.course;
     if (unit.hasGoal) {
@@ -124,26 +166,26 @@ void CNavigator::Steer(int index)
         wanted = BearingOf(unit.place, unit.way);
     }
     KeepOff(index, wanted);
-    unit.course = FreeCourse(unit, wanted);
+    ChooseCourse(unit, wanted);
 }
 
 void CNavigator::Sail(BattleUnit& unit) const
 {
     constexpr double SECONDS_TO_FULL_SPEED = 90;
-    constexpr double SLOWEST_TURN = 1; // degrees a second, with the engines against each other
-    constexpr double DEGREES = 57.29577951308232;
+    constexpr double SLOW = 1; // metres a second
     const double limit = SpeedLimit(unit);
     const double arrived = std::max(unit.turnRadius, 100.0);
     // Ships lie to only where they are told to: what a captain steers for himself is often at the sea's edge.
     const bool lies = unit.order.kind == OrderKind::MOVE || unit.type == UnitType::BALLOON;
     const bool stays = lies && unit.hasGoal && SquareOf(unit.place, unit.goal) < arrived * arrived;
-    const double wanted = stays || unit.order.kind == OrderKind::STOP ? 0 : limit;
+    const bool stops = stays || unit.order.kind == OrderKind::STOP;
+    const double wanted = stops ? 0 : unit.slows ? std::min(limit, SLOW) : limit;
     const double change = std::max(unit.maxSpeed, unit.maxSpeedBelow) / SECONDS_TO_FULL_SPEED * STEP_SECONDS;
     unit.speed = std::clamp(wanted, unit.speed - 2 * change, unit.speed + change);
     if (limit <= 0)
         return;
     if (wanted > 0) {
-        const double rate = std::max(unit.speed / unit.turnRadius * DEGREES, SLOWEST_TURN) * STEP_SECONDS;
+        const double rate = TurnRate(unit) * STEP_SECONDS;
         unit.heading =
             NormalHeading(unit.heading + std::clamp(TurnBetween(unit.heading, unit.course), -rate, rate));
     }

@@ -19,8 +19,9 @@ class CNavigator
 
   private:
     bool IsOpen(const BattleUnit& unit, SeaPoint place) const;
-    bool IsFree(const BattleUnit& unit, double heading, double metres) const;
-    double FreeCourse(const BattleUnit& unit, double wanted) const;
+    bool IsFree(const BattleUnit& unit, SeaPoint from, double heading, double metres) const;
+    bool IsTurnFree(const BattleUnit& unit, double heading, SeaPoint& end) const;
+    void ChooseCourse(BattleUnit& unit, double wanted) const;
     void FindWay(BattleUnit& unit) const;
     void KeepOff(int unit, double& wanted) const;
 

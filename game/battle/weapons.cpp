@@ -43,10 +43,10 @@ double ShellDamage(int calibre, double partOfRange, int armour)
     return damage * std::max(pierces * pierces / (1.0 * armour * armour), BOUNCED);
 }
 
-// The unit has such guns, and they reach up or down to that target.
+// The unit has such guns, and they reach up or down to that target as long as it isn't below.
 bool IsFor(const BattleUnit& unit, std::size_t battery, const BattleUnit& target)
 {
-    return unit.guns[battery].guns > 0 && !target.submerged &&
+    return unit.guns[battery].guns > 0 &&
            (target.type != UnitType::BALLOON || battery >= BattleUnit::HIGH_ANGLE);
 }
 
@@ -70,12 +70,18 @@ double CWeapons::ReachOf(const BattleUnit& unit, const BattleUnit& target)
     return reach;
 }
 
-bool CWeapons::CanHarm(const BattleUnit& unit, const BattleUnit& target)
+bool CWeapons::CanHarm(const BattleUnit& unit, const BattleUnit& target, bool submerged)
 {
     const bool balloon = target.type == UnitType::BALLOON;
     const bool bombs = unit.type == UnitType::BALLOON;
-    return ReachOf(unit, target) > 0 || (unit.torpedoes > 0 && !target.submerged && !balloon) ||
-           (unit.depthCharges > 0 && target.submerged != bombs && !balloon);
+    return (!submerged && (ReachOf(unit, target) > 0 || (unit.torpedoes > 0 && !balloon))) ||
+           (unit.depthCharges > 0 && submerged != bombs && !balloon);
+}
+
+bool CWeapons::CanEverHarm(const BattleUnit& unit, const BattleUnit& target)
+{
+    return CanHarm(unit, target, false) ||
+           (target.type == UnitType::SUBMARINE && CanHarm(unit, target, true));
 }
 
 // The player's luck in the grade that he chose.
@@ -92,7 +98,7 @@ double CWeapons::Luck(const BattleUnit& unit) const
 
 bool CWeapons::CanHit(const BattleUnit& unit, std::size_t battery, const BattleUnit& target) const
 {
-    if (target.gone || !unit.IsEnemyOf(target) || !IsFor(unit, battery, target) ||
+    if (target.gone || target.submerged || !unit.IsEnemyOf(target) || !IsFor(unit, battery, target) ||
         !target.seen[static_cast<std::size_t>(unit.side)])
         return false;
     const double range = GunRange(unit.guns[battery].calibre);

@@ -28,14 +28,21 @@ class CWeapons
     /// How far guns of a calibre in millimetres shoot, and how far torpedoes run, metres.
     static double GunRange(int calibre);
     static constexpr double TORPEDO_RANGE = 5000;
-    /// The range of the unit's best guns that can be used against that target, metres; 0 without any.
+    /// The range of the unit's best guns that can be used against that target when it isn't below, metres; 0
+    /// without any.
     static double ReachOf(const BattleUnit& unit, const BattleUnit& target);
     /// Whether the unit has anything left that could hit that target as it is now, however far it is.
-    static bool CanHarm(const BattleUnit& unit, const BattleUnit& target);
+    static bool CanHarm(const BattleUnit& unit, const BattleUnit& target)
+    {
+        return CanHarm(unit, target, target.submerged);
+    }
+    /// The same at any depth to which the target can go.
+    static bool CanEverHarm(const BattleUnit& unit, const BattleUnit& target);
 
   private:
     static constexpr std::size_t MAX_MARKS = 2000;
 
+    static bool CanHarm(const BattleUnit& unit, const BattleUnit& target, bool submerged);
     bool CanHit(const BattleUnit& unit, std::size_t battery, const BattleUnit& target) const;
     int TargetOf(const BattleUnit& unit, std::size_t battery) const;
     void FireGuns(int unit, std::size_t battery);

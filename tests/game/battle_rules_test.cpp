@@ -27,11 +27,9 @@ TEST(BattleRulesTest, WhoeverIsSentThroughTheSoundGetsThere)
     const struct {
         SeaPoint to;
         bool way;
-    } rows[] = {{{-4000, 9000}, true},
-                {{2000, 5000}, true},
-                {{3000, 5000}, true},
-                {{-6000, 10000}, true},
-                {{6000, -9000}, false}}; // a lake
+    } rows[] = {{{-4000, 9000}, true},  {{2000, 5000}, true}, {{3000, 5000}, true},
+                {{-6000, 10000}, true}, {{-881, 4995}, true}, // close to the shore
+                {{6000, -9000}, false}};                      // a lake
     for (const auto& row : rows) {
         SCOPED_TRACE(std::to_string(row.to.x) + ", " + std::to_string(row.to.y));
         CBattleSim sim(parser.GetScenario(), ORDERED);
@@ -57,6 +55,27 @@ TEST(BattleRulesTest, WhoeverIsSentThroughTheSoundGetsThere)
     }
 }
 
+TEST(BattleRulesTest, NobodyLiesAtTheShore)
+{
+    constexpr int LONGEST = 80; // steps
+    TempRoots roots;
+    PlatformSetRoots((roots.folder / "user").string(), SEAWARDEN_SOURCE_DIR "/data");
+    CScenarioParser parser;
+    parser.OpenScenario("scenarios\\ketter_sound.sc");
+    for (std::uint64_t seed = 1; seed <= 16; ++seed) {
+        CBattleSim sim(parser.GetScenario(), {0, false, false, 1, seed});
+        std::vector<int> still(sim.Units().size());
+        while (!sim.IsOver()) {
+            sim.Step();
+            for (std::size_t i = 0; i < still.size(); ++i) {
+                const BattleUnit& unit = sim.Units()[i];
+                still[i] = unit.gone || unit.maxSpeed <= 0 || unit.speed > 0 ? 0 : still[i] + 1;
+                ASSERT_LE(still[i], LONGEST) << unit.name << ", seed " << seed;
+            }
+        }
+    }
+}
+
 TEST(BattleRulesTest, ASubmarineStaysBelowAsLongAsAShipIsNear)
 {
     CBattleSim sim(ScenarioOf({SubmarineAt(0, 0, 0), ShipAt(1, 0, 6'300)}), ORDERED);
@@ -66,6 +85,15 @@ TEST(BattleRulesTest, ASubmarineStaysBelowAsLongAsAShipIsNear)
         sim.Step();
     }
     EXPECT_FALSE(sim.Units()[1].seen[0]) << "it is heard";
+
+    // Without torpedoes it leaves what it hears.
+    ScenarioSubmarine spent = SubmarineAt(0, 0, 0);
+    spent.figures.nTorpedoes = 0;
+    CBattleSim other(ScenarioOf({spent, ShipAt(1, 0, 6'300), ShipAt(0, 90'000, 0)}), ORDERED);
+    for (int step = 0; step < 40; ++step)
+        other.Step();
+    EXPECT_FALSE(other.Units()[1].seen[0]);
+    EXPECT_TRUE(other.Units()[0].hasGoal && other.Units()[0].goal.y < 0);
 }
 
 TEST(BattleRulesTest, OnlyWhatCanBeHarmedIsAttacked)
@@ -84,6 +112,36 @@ TEST(BattleRulesTest, OnlyWhatCanBeHarmedIsAttacked)
     } rows[] = {{0, 3, false}, {0, 4, true}, {1, 3, false}, {1, 4, false}, {2, 3, true}, {2, 4, true}};
     for (const auto& row : rows)
         EXPECT_EQ(sim.OrderAttack(0, row.unit, row.target), row.taken) << row.unit << " " << row.target;
+}
+
+TEST(BattleRulesTest, AnAttackIsGivenUpWhenNothingIsLeftForIt)
+{
+    ScenarioShip charges = UnitAt<ScenarioShip>(0, 0, -20'000);
+    charges.figures.nLength = 90;
+    charges.figures.nSpeed = 24;
+    charges.figures.nDepthCharges = 3;
+    ScenarioShip strong = ShipAt(1, 4'000, 0);
+    strong.figures.nHullMiddle = 1'000;
+    strong.figures.nSpeed = 0;
+    strong.place.nKnots = 0;
+    ScenarioSubmarine hunted = SubmarineAt(1, 500, -20'000);
+    hunted.figures.nDisplacement = 30'000;
+    hunted.figures.nTorpedoes = 0;
+    const Scenario scenario =
+        ScenarioOf({SubmarineAt(0, 0, 0), strong, charges, hunted, ShipAt(0, -90'000, 0)});
+    for (const auto& [unit, target] : {std::pair{0, 1}, {2, 3}}) {
+        CBattleSim sim(scenario, ORDERED);
+        ASSERT_TRUE(sim.OrderAttack(0, unit, target)) << unit;
+        const BattleUnit& ordered = sim.Units()[static_cast<std::size_t>(unit)];
+        for (int step = 0; step < 6'000 && ordered.IsArmed(); ++step) {
+            ASSERT_EQ(ordered.order.kind, OrderKind::ATTACK) << unit;
+            sim.Step();
+        }
+        EXPECT_FALSE(ordered.IsArmed() || ordered.gone || sim.IsOver()) << unit;
+        for (int step = 0; step < 20; ++step)
+            sim.Step();
+        EXPECT_EQ(ordered.order.kind, OrderKind::NONE) << unit;
+    }
 }
 
 TEST(BattleRulesTest, AnOrderBesideTheSeaLeadsToItsEdge)
