@@ -23,15 +23,20 @@ need() {
 BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-image-dev libgtest-dev libgmock-dev
                 libbenchmark-dev libfreetype-dev libpng-dev)
 
+# configure PRESET: into build/PRESET, its output in build/PRESET.log.
+configure() {
+    cmake --preset "$1" >"build/$1.log" 2>&1 || { cat "build/$1.log" >&2; return 1; }
+}
+
 # build PRESET [TARGET...]: configures and builds into build/PRESET.
 build() {
     local preset=$1
     shift
     echo "Building $preset"
-    cmake --preset "$preset" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; return 1; }
+    configure "$preset" || return 1
     # Another compiler than last time has made CMake forget the preset's other settings.
     if grep -q 'require your cache to be deleted' "build/$preset.log"; then
-        cmake --preset "$preset" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; return 1; }
+        configure "$preset" || return 1
     fi
     cmake --build --preset "$preset" ${1:+--target "$@"} >"build/$preset.log" 2>&1 || {
         grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking)' "build/$preset.log" >&2

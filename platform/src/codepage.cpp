@@ -119,6 +119,16 @@ std::string PlatformFromUtf8(std::string_view utf8)
     return out;
 }
 
+bool PlatformIsUtf8(std::string_view text)
+{
+    while (!text.empty()) {
+        if (!TakeUtf8(text)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 std::string PlatformFromFileName(std::string_view name)
 {
     std::string out;
@@ -135,12 +145,7 @@ std::string PlatformFromFileName(std::string_view name)
 
 std::string PlatformToFileName(std::string_view name)
 {
-    for (std::string_view rest = name; !rest.empty();) {
-        if (!TakeUtf8(rest)) {
-            return PlatformToUtf8(name);
-        }
-    }
-    return std::string(name);
+    return PlatformIsUtf8(name) ? std::string(name) : PlatformToUtf8(name);
 }
 
 unsigned char PlatformLower(unsigned char c)

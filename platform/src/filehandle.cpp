@@ -14,7 +14,6 @@
 namespace
 {
 
-constexpr mode_t NEW_FILE_RIGHTS = 0666;
 constexpr std::size_t COPY_BLOCK = 65536;
 
 /// The system's file, closed behind its owner.
@@ -113,7 +112,7 @@ Descriptor OpenReal(const char* path, DWORD access, DWORD creation)
     } else if (creation == OPEN_EXISTING || creation == OPEN_ALWAYS) {
         real = changes ? PlatformResolveChange(path) : PlatformResolveRead(path);
     }
-    return Descriptor(real.empty() ? -1 : open(real.c_str(), flags, NEW_FILE_RIGHTS));
+    return Descriptor(real.empty() ? -1 : open(real.c_str(), flags, PLATFORM_NEW_FILE_RIGHTS));
 }
 
 /// All of it, over interruptions and in as many steps as the system wants. False on failure.
@@ -142,12 +141,6 @@ bool WriteAll(int fd, const void* buffer, DWORD bytes, DWORD& written)
     return good && written == bytes;
 }
 
-bool FlushToDisk(int fd)
-{
-    // A pipe or a device has nothing to bring to a disk.
-    return fsync(fd) == 0 || errno == EINVAL || errno == ENOTSUP;
-}
-
 bool CopyContent(int source, int target)
 {
     const auto block = std::make_unique<char[]>(COPY_BLOCK);
@@ -158,7 +151,7 @@ bool CopyContent(int source, int target)
             return false;
         }
     }
-    return count == 0 && FlushToDisk(target);
+    return count == 0 && PlatformFlushToDisk(target);
 }
 
 /// INVALID_HANDLE_VALUE when no file can be made; `name` is set otherwise.
@@ -178,6 +171,12 @@ HANDLE OpenTemporary(const char* path, std::string& name)
 }
 
 } // namespace
+
+bool PlatformFlushToDisk(int fd)
+{
+    // A pipe or a device has nothing to bring to a disk.
+    return fsync(fd) == 0 || errno == EINVAL || errno == ENOTSUP;
+}
 
 HANDLE CreateFileA(const char* path, DWORD access, DWORD share, void*, DWORD creation, DWORD, HANDLE)
 {
@@ -247,7 +246,7 @@ BOOL SetEndOfFile(HANDLE file)
 
 BOOL FlushFileBuffers(HANDLE file)
 {
-    return FlushToDisk(With(file, GENERIC_WRITE));
+    return PlatformFlushToDisk(With(file, GENERIC_WRITE));
 }
 
 std::string PlatformMakeTemporary(const char* path)

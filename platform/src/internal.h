@@ -1,6 +1,8 @@
 #pragma once
 // What the sources of this library share.
 
+#include <sys/types.h>
+
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -25,6 +27,11 @@ std::string PlatformResolveBelow(const std::string& root, const std::vector<std:
 /// The real path of a file that exists in either root, to change it in place: a file of the game is first
 /// copied to the player's folder. Empty when there is none and when it can't be copied.
 std::string PlatformResolveChange(const char* path);
+
+/// The rights of a new file, less what the user's mask takes away.
+constexpr mode_t PLATFORM_NEW_FILE_RIGHTS = 0666;
+/// Waits until the file's content is on the disk. True also where there is none to bring it to.
+bool PlatformFlushToDisk(int fd);
 
 /// How many names for a temporary file are tried: some may be left from a crash.
 constexpr int PLATFORM_MOST_TEMPORARIES = 100;

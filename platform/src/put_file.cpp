@@ -10,14 +10,13 @@
 namespace
 {
 
-constexpr mode_t EVERYBODY = 0666; ///< less what the user's mask takes away
-
 /// Opens a file beside `path` that wasn't there; -1 on failure.
 int MakeTemporary(const std::string& path, std::string& name)
 {
     for (int number = 1; number <= PLATFORM_MOST_TEMPORARIES; ++number) {
         name = PlatformTemporaryName(path, number);
-        const int file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, EVERYBODY);
+        const int file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                              PLATFORM_NEW_FILE_RIGHTS);
         if (file >= 0 || errno != EEXIST) {
             return file;
         }
@@ -37,7 +36,7 @@ bool WriteAll(int file, std::string_view content)
         }
         content.remove_prefix(static_cast<std::size_t>(written));
     }
-    return fsync(file) == 0;
+    return PlatformFlushToDisk(file);
 }
 
 PlatformPut Place(const char* temporary, const char* path, bool replace)

@@ -45,6 +45,7 @@ class CTextCheck
         for (const TextNumberRow& row : TextNumbers())
             Use(row.number, TEXT_RESOURCE, end, std::string("the program's ") + row.name);
         Use(CLogic::TEXT_SECRET, TEXT_RESOURCE, end, "the answer to the hidden code");
+        Use(CLogic::TEXT_ATTENTION, TEXT_RESOURCE, end, "the heading of a message over a battle");
         Use(CBattleStage::TEXT_BROKEN_SCENARIO, TEXT_RESOURCE, end, "the message about a broken scenario");
         Use(CBattleStage::TEXT_NO_FIGHTER, TEXT_RESOURCE, end,
             "the message about a scenario without a battle");

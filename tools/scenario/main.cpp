@@ -1,7 +1,7 @@
 // seawarden-scenario: makes a scenario file from its readable form, or the readable form from a scenario
 // file.
 
-#include <bit>
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -14,6 +14,7 @@
 
 #include "keelworks/scenario_parser.h"
 #include "keelworks/scenario_writer.h"
+#include "platform/codepage.h"
 #include "platform/files.h"
 #include "scenario_text.h"
 
@@ -51,34 +52,17 @@ void WriteAll(const std::string& path, std::string_view content)
         throw scenario_exception(path + ": can't be written");
 }
 
-/// Whether every byte beyond ASCII belongs to a character of UTF-8, and there are such. Hardly any text in
-/// code page 1252 with an accent in it is so.
-bool IsUtf8(const std::vector<char>& text)
+/// A text in code page 1252 with an accent in it is hardly ever valid UTF-8.
+bool LooksLikeUtf8(std::string_view text)
 {
-    constexpr unsigned SINGLE = 0x80; // a byte below stands for itself
-    constexpr unsigned FOLLOWS_MASK = 0xc0;
-    constexpr int MOST_FOLLOWING = 3;
-    bool found = false;
-    for (std::size_t i = 0; i < text.size();) {
-        const auto lead = static_cast<unsigned char>(text[i++]);
-        if (lead < SINGLE)
-            continue;
-        const int following = std::countl_one(lead) - 1;
-        if (following < 1 || following > MOST_FOLLOWING)
-            return false;
-        for (int left = following; left > 0; --left, ++i) {
-            if (i == text.size() || (static_cast<unsigned char>(text[i]) & FOLLOWS_MASK) != SINGLE)
-                return false;
-        }
-        found = true;
-    }
-    return found;
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    return !std::ranges::all_of(text, isAscii) && PlatformIsUtf8(text);
 }
 
 void Compile(const std::string& in, const std::string& out)
 {
     std::vector<char> text = ReadAll(in);
-    if (IsUtf8(text))
+    if (LooksLikeUtf8({text.data(), text.size()}))
         throw scenario_exception(in + ": is in UTF-8; save it in code page 1252");
     if (fs::exists(out) && fs::equivalent(in, out))
         throw scenario_exception(out + ": would replace its own source");

@@ -9,6 +9,8 @@
 std::string PlatformToUtf8(std::string_view text);
 /// What the code page lacks becomes '?', as do broken sequences (one for each byte of them).
 std::string PlatformFromUtf8(std::string_view utf8);
+/// Whether all of the text is valid UTF-8.
+bool PlatformIsUtf8(std::string_view text);
 /// The name of a file as the program sees it: from UTF-8 where it is that and fits the code page, else the
 /// bytes themselves, so that each file can be opened by the name that is shown.
 std::string PlatformFromFileName(std::string_view name);
