@@ -39,6 +39,12 @@ class CBattle : public IGameState
 
     CBattleSim& Sim() { return m_Sim; }
     const CBattleSim& Sim() const { return m_Sim; }
+    /// Ends the battle at once: the player's side wins, or the other one.
+    void DecideForPlayer(bool wins)
+    {
+        const int side = m_Sim.Setup().playerSide;
+        m_Sim.Decide(wins ? side : CBattleSim::SIDES - 1 - side);
+    }
     /// The side that the player orders, -1 when he only watches.
     int OrderingSide() const { return m_Sim.Setup().OrderingSide(); }
     /// The nations of the sides.

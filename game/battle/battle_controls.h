@@ -50,7 +50,8 @@ class CBattleControls
     /// False while no box is being drawn.
     bool GetBox(RECT& out) const;
     const OrderSign& Sign() const { return m_Sign; }
-    /// A unit that is there, or a wreck, and that the player's side knows of.
+    /// True for all when the player only watches and when the battle is over; else for his own units, those
+    /// that his side sees now, and wrecks of those that it has ever seen.
     bool IsSeen(const BattleUnit& unit) const;
     /// How long a unit's symbol is, in pixels.
     static double SymbolLength(const BattleUnit& unit, double metresPerPixel);

@@ -17,7 +17,6 @@ class CBattleSim
 {
   public:
     static constexpr int SIDES = BattleUnit::SIDES;
-    static constexpr int NEUTRAL = BattleUnit::NEUTRAL;
     /// Of battle time, milliseconds.
     static constexpr std::int64_t STEP = BATTLE_STEP;
     /// Battle time that passes in a unit of the player's time at speed 1.
@@ -63,7 +62,8 @@ class CBattleSim
     SeaPoint ShownPlace(const Torpedo& torpedo) const;
     /// Minutes of the scenario's day, 0 to 1439, as it is now.
     int ClockMinutes() const;
-    /// Changes whenever the state does, and is the same when it is.
+    /// Of time, chance, the units' movements, losses and orders, and what is fired: the same for the same
+    /// state.
     std::uint64_t Checksum() const;
 
     // Orders. False, and nothing is changed, unless `side` is the side of the unit, the unit is there and not

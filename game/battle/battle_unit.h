@@ -63,7 +63,6 @@ struct BattleUnit {
     UnitType type = UnitType::SHIP;
     int side = 0; ///< 0, 1 or NEUTRAL
     std::string name;
-    std::string fullName;
     std::string code;    ///< pennant number
     int classText = 0;   ///< number of the class's name in the text table
     double length = 0;   ///< metres
@@ -90,7 +89,6 @@ struct BattleUnit {
     bool submerged = false;
     bool diveOrdered = false;        ///< the player has said whether to be below; the unit keeps to it
     bool gone = false;               ///< sunk or shot down; it doesn't move or fight any more
-    std::int64_t goneAt = 0;         ///< battle time, milliseconds
     std::array<bool, SIDES> seen{};  ///< which side sees it now; its own always does
     std::array<bool, SIDES> known{}; ///< which side has ever seen it
     UnitOrder order;                 ///< by its side
@@ -137,9 +135,8 @@ struct Shell {
     SeaPoint end;             ///< where it falls
     std::int64_t firedAt = 0; ///< battle times, milliseconds
     std::int64_t landsAt = 0;
-    double damage = 0; ///< that it does on landing; 0 is a miss
-    int rounds = 0;
-    int hitRounds = 0;
+    double damage = 0; ///< that it does on landing
+    int hitRounds = 0; ///< 0 is a miss
     int calibre = 0;
 
     SeaPoint Place(std::int64_t now) const
@@ -161,7 +158,7 @@ struct Torpedo {
 
 enum class MarkKind { SPLASH, HIT, TORPEDO_HIT, DEPTH_CHARGE, SINKING };
 
-/// Something that is seen on the sea for a while. Marks go MARK_LIFETIME after they were made.
+/// Something that is seen on the sea for a while. Marks go LIFETIME after they were made.
 struct SeaMark {
     static constexpr std::int64_t LIFETIME = 20'000; ///< of battle time, milliseconds
 

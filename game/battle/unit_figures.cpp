@@ -132,7 +132,6 @@ BattleUnit MakeUnit(const ScenarioItem& item, double light)
         [&unit](const auto& from) {
             unit.side = std::clamp(static_cast<int>(from.nSide), 0, BattleUnit::NEUTRAL);
             unit.name = TextOf(from.unit.szName);
-            unit.fullName = TextOf(from.unit.szFullName);
             unit.code = TextOf(from.unit.szCode);
             unit.classText = from.figures.nClassText;
             constexpr double FAR = SCENARIO_MAX_DISTANCE;

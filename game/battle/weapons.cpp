@@ -155,7 +155,6 @@ void CWeapons::FireGuns(int index, std::size_t number)
     shell.from = index;
     shell.target = found;
     shell.calibre = battery.calibre;
-    shell.rounds = battery.guns;
     for (int i = 0; i < battery.guns; ++i)
         shell.hitRounds += m_State.random.Unit() < chance ? 1 : 0;
     shell.damage = shell.hitRounds * ShellDamage(battery.calibre, part, target.armour);
@@ -235,7 +234,9 @@ void CWeapons::Advance()
             Land(shell);
     }
     std::erase_if(m_Shells, [this](const Shell& shell) { return shell.landsAt <= m_State.time; });
-    std::erase_if(m_Torpedoes, [this](Torpedo& torpedo) { return !Run(torpedo); });
+    for (Torpedo& torpedo : m_Torpedoes)
+        Run(torpedo);
+    std::erase_if(m_Torpedoes, [](const Torpedo& torpedo) { return torpedo.left <= 0; });
     DropMarks();
 }
 
@@ -263,8 +264,8 @@ void CWeapons::Land(const Shell& shell)
     Damage(shell.target, shell.damage, shell.from);
 }
 
-// False when it has run out, run aground or hit.
-bool CWeapons::Run(Torpedo& torpedo)
+// Nothing is left of its way when it has run aground or hit.
+void CWeapons::Run(Torpedo& torpedo)
 {
     constexpr double LENGTHS = 0.35;
     constexpr double LEAST_DAMAGE = 30;
@@ -281,9 +282,11 @@ bool CWeapons::Run(Torpedo& torpedo)
         ++m_State.units[static_cast<std::size_t>(torpedo.from)].hits;
         Mark(MarkKind::TORPEDO_HIT, torpedo.place);
         Damage(static_cast<int>(i), LEAST_DAMAGE + MORE_DAMAGE * m_State.random.Unit(), torpedo.from);
-        return false;
+        torpedo.left = 0;
+        return;
     }
-    return torpedo.left > 0 && !m_State.coast.IsLand(torpedo.place);
+    if (m_State.coast.IsLand(torpedo.place))
+        torpedo.left = 0;
 }
 
 void CWeapons::Damage(int index, double damage, int by)
@@ -297,7 +300,6 @@ void CWeapons::Damage(int index, double damage, int by)
         return;
     unit.damage = unit.maxHull;
     unit.gone = true;
-    unit.goneAt = m_State.time;
     unit.speed = 0;
     unit.hasGoal = false;
     unit.order = {};

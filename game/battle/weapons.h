@@ -50,7 +50,7 @@ class CWeapons
     void DropCharge(int unit);
     double Luck(const BattleUnit& unit) const;
     void Land(const Shell& shell);
-    bool Run(Torpedo& torpedo);
+    void Run(Torpedo& torpedo);
     void Damage(int unit, double damage, int by);
     void Mark(MarkKind kind, SeaPoint place, int calibre = 0);
 

@@ -52,7 +52,7 @@ bool CBattleLogicEntity::OnKey(std::uint32_t key)
     }
     if (key != KEY_DECIDE)
         return false;
-    m_pBattle->Sim().Decide(m_pBattle->Sim().Setup().playerSide);
+    m_pBattle->DecideForPlayer(true);
     return true;
 }
 

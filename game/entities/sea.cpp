@@ -3,7 +3,6 @@
 #include "iengine.h"
 #include "irender2d.h"
 #include "itfrecords.h"
-#include "platform/files.h"
 
 CSeaEntity::~CSeaEntity()
 {
@@ -19,27 +18,9 @@ Word CSeaEntity::Init(IEngine* core)
     ChartWords words;
     words.table =
         reinterpret_cast<ITextTable*>(core->SendMessage(MSG_GET_TEXT_TABLE, DEST_LOGIC, 0, nullptr));
-    m_Words = words;
-    for (const int side : {0, 1})
-        words.sides[static_cast<std::size_t>(side)] = SideName(side);
+    words.sides = m_Names;
     m_pView = std::make_unique<CChartView>(m_pControls, words);
     return 1;
-}
-
-/// The nation that the side fights under.
-std::string CSeaEntity::SideName(int side) const
-{
-    const CUSTOM_RESOURCE_DATA& custom = m_pBattle->Custom();
-    if ((side == 0 ? custom.bCustomA : custom.bCustomB) != 0) {
-        const CObjGUID guid = side == 0 ? custom.guidA : custom.guidB;
-        auto* nations = reinterpret_cast<ICustomResources*>(
-            m_pCore->SendMessage(MSG_GET_CUSTOM_RESOURCES, DEST_LOGIC, 0, nullptr));
-        char name[MAX_PATH];
-        if (nations != nullptr && nations->GetName(nations->Find(&guid), name, sizeof(name)))
-            return name;
-    }
-    const SCSETT_STRUCT& settings = m_pBattle->Settings();
-    return m_Words.Text(side == 0 ? settings.nSideANation : settings.nSideBNation);
 }
 
 void CSeaEntity::FreeSurface()

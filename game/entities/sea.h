@@ -1,7 +1,10 @@
 #pragma once
 // The entity "sea": what is seen of a battle.
 
+#include <array>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "battle/chart_view.h"
 #include "entity.h"
@@ -14,8 +17,11 @@ class IRender2D;
 class CSeaEntity : public Entity
 {
   public:
-    CSeaEntity(std::shared_ptr<CBattle> battle, std::shared_ptr<CBattleControls> controls)
-        : m_pBattle(std::move(battle)), m_pControls(std::move(controls))
+    using SideNames = std::array<std::string, CBattleSim::SIDES>;
+
+    /// `names`: of the nations that the sides fight under.
+    CSeaEntity(std::shared_ptr<CBattleControls> controls, SideNames names)
+        : m_pControls(std::move(controls)), m_Names(std::move(names))
     {
     }
     ~CSeaEntity() override;
@@ -24,16 +30,14 @@ class CSeaEntity : public Entity
     Word OnFrame(Word elapsed, Word second) override;
 
   private:
-    std::string SideName(int side) const;
     bool FitToDisplay(SIZE size);
     void FreeSurface();
 
     IEngine* m_pCore = nullptr;
     IRender2D* m_pRender2D = nullptr;
-    std::shared_ptr<CBattle> m_pBattle;
     std::shared_ptr<CBattleControls> m_pControls;
     std::unique_ptr<CChartView> m_pView;
-    ChartWords m_Words;
+    SideNames m_Names;
     int m_nSurface = -1;
     SIZE m_Size = {0, 0}; ///< of the surface
 };

@@ -116,9 +116,8 @@ void CBattleStage::PostOverBattle(const ItfEvent& event)
 
 void CBattleStage::PostEnd(const ItfEvent& event)
 {
-    CBattleSim& sim = m_pBattle->Sim();
-    if (!sim.IsOver()) {
-        sim.Decide(event.value2 != 0 ? sim.Setup().playerSide : 1 - sim.Setup().playerSide);
+    if (!m_pBattle->Sim().IsOver()) {
+        m_pBattle->DecideForPlayer(event.value2 != 0);
         return; // Watch tells the front end
     }
     ItfEvent sent = event;
@@ -196,11 +195,9 @@ void CBattleStage::Update()
 void CBattleStage::Watch()
 {
     if (m_pBattle->IsEndSeen() && !m_bEndTold && !m_FrontEnd.IsWanted()) {
-        m_bEndTold = true;
-        ItfEvent event;
-        event.code = EVENT_END_GAME;
-        event.value2 = IsWon() ? 1 : 0;
-        m_FrontEnd.PostEvent(event);
+        ItfEvent end;
+        end.code = EVENT_END_GAME;
+        PostEnd(end);
     }
     if (!m_Boxes.empty() && !m_FrontEnd.IsWanted()) {
         PostBox(m_Boxes.front());
@@ -273,12 +270,13 @@ void CBattleStage::Show()
         m_nGame = m_World.AddEntity(*scene, GAME_NAME, GAME_NAME, std::move(game));
         m_nLogic = m_World.AddEntity(*scene, LOGIC_NAME, LOGIC_NAME,
                                      std::make_unique<CBattleLogicEntity>(m_pBattle, controls));
-        m_nSea =
-            m_World.AddEntity(*scene, SEA_NAME, SEA_NAME, std::make_unique<CSeaEntity>(m_pBattle, controls));
+        m_nSea = m_World.AddEntity(
+            *scene, SEA_NAME, SEA_NAME,
+            std::make_unique<CSeaEntity>(controls, CSeaEntity::SideNames{m_Names.NationOf(*m_pBattle, 0),
+                                                                         m_Names.NationOf(*m_pBattle, 1)}));
     }
     if (m_Decided.has_value())
-        m_pBattle->Sim().Decide(*m_Decided ? m_pBattle->Sim().Setup().playerSide
-                                           : 1 - m_pBattle->Sim().Setup().playerSide);
+        m_pBattle->DecideForPlayer(*m_Decided);
     else if (m_pBattle->IsBriefAtStart())
         Ask(EVENT_SCENARIO_STATUS);
 }

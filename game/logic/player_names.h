@@ -19,10 +19,10 @@ class CPlayerNames
 
     /// For side 0 or 1.
     std::string NameOf(const CBattle& battle, int side) const;
-
-  private:
+    /// The side's nation alone; "?" for a custom one that isn't there.
     std::string NationOf(const CBattle& battle, int side) const;
 
+  private:
     ITextTable& m_Texts;
     ICustomResources& m_Custom;
     IProfileStore& m_Profile;

@@ -184,7 +184,7 @@ void CMainWnd::AskLeaveBattle()
 void CMainWnd::LeaveBattle(const ReportRow&)
 {
     // Read by the logic during the call.
-    static const std::int32_t stopped[2] = {90, 0};
+    static const std::int32_t stopped[2] = {LOGIC_STOPPED_REASON, 0};
 
     if (StopBattleLogic(m_pCore))
         Root()->SendMessage(MSG_LOGIC_STOPPED, DEST_LOGIC, 0, "l", stopped);

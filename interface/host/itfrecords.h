@@ -4,6 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
+/// What MSG_LOGIC_STOPPED tells.
+inline constexpr std::int32_t LOGIC_STOPPED_REASON = 90;
+
 /// Messages of the entity frame.
 enum ItfMessage : int {
     MSG_QUIT = 0x0b,        ///< to DEST_HOST: ends the program
@@ -21,7 +24,7 @@ enum ItfMessage : int {
     MSG_GET_PROFILE = 11000,           ///< "l" ProfileStore; gives IProfileStore*
     MSG_ITF_COMMAND = 0x2b0c,          ///< "l" ItfCommand*, posted
     MSG_NO_LOGIC = 0x2b20,             ///< "l" -1, posted
-    MSG_LOGIC_STOPPED = 0x2b3e,        ///< "l" std::int32_t[2]: 90, 0
+    MSG_LOGIC_STOPPED = 0x2b3e,        ///< "l" std::int32_t[2]: LOGIC_STOPPED_REASON, 0
     MSG_GET_GAME_STATE = 0x2b70,       ///< gives IGameState* or null
     MSG_GET_TEXT_TABLE = 0x2ba2,       ///< gives ITextTable*
     MSG_GET_PLAYLIST = 0x2bb6,         ///< gives IPlayList*
